@@ -1,0 +1,1 @@
+namespace jtk_placeholder { int unused = 0; }

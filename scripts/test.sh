@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# The whole test suite: a normal build, then the same tests under
+# AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
+# JTK_QUICK=1 runs the normal build only.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+run() {
+  local dir=$1; shift
+  echo "== $dir"
+  scripts/build.sh "$dir" "$@"
+  (cd "$dir" && ctest --output-on-failure -j 2 --timeout 600)
+}
+run build
+if [ "${JTK_QUICK:-0}" != 1 ]; then
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  export TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1
+  run build-asan -DJTK_SANITIZE=address -DJTK_BENCHMARKS=OFF
+  run build-tsan -DJTK_SANITIZE=thread -DJTK_BENCHMARKS=OFF
+fi
