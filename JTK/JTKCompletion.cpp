@@ -1,0 +1,29 @@
+// The end of a run: the final alert (with a 4-second timer that ends the run
+// while the alert is still up), endTests and the alert timer's timeout.
+#include <memory>
+
+#include "JTKRunEnd.h"
+#include "JTKTestRun.h"
+#include "JTKTestSuite.h"
+#include "platform/Alert.h"
+#include "platform/Application.h"
+#include "platform/RunLoop.h"
+
+void jtkCompleteRun() {
+    // Common modes: the timer also fires while the alert runs modally.
+    static std::shared_ptr<platform::Timer> timer;
+    timer = platform::scheduleTimer(4.0, false, [](platform::Timer&) { JTKTestSuite::timeout(); }, true);
+
+    auto application = platform::sharedApplication();
+    std::string name = application ? application->name() : std::string();
+    auto alert = platform::makeAlert();
+    alert->setMessageText("All Tests Completed Succesfully!");
+    alert->setInformativeText("Application data has been restored and " + name + " will now terminate.");
+    alert->addButtonWithTitle("Quit");
+    alert->runModal();
+    jtkRestoreAndExit(0);
+}
+
+void JTKTestSuite::endTests() { jtkRestoreAndExit(0); }
+
+void JTKTestSuite::timeout() { jtkRestoreAndExit(0); }

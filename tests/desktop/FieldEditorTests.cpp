@@ -1,0 +1,187 @@
+// Typing into text fields: a click starts editing through the window's field
+// editor, keys edit the field's text, Return and Tab end editing, and every
+// step posts its notification with the field as object.
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <vector>
+
+#include "desktop/FieldEditor.h"
+#include "desktop/controls/Button.h"
+#include "desktop/controls/TextField.h"
+#include "platform/Notifications.h"
+#include "tests/desktop/EventsTestSupport.h"
+
+using namespace eventstest;
+using desktop::FieldEditor;
+using desktop::TextField;
+using platform::Rect;
+
+namespace {
+
+class FieldEditorTest : public EventsTest {
+protected:
+    void SetUp() override {
+        EventsTest::SetUp();
+        window = shownWindow({100, 100, 400, 300});
+        first = std::make_shared<TextField>(Rect{20, 200, 200, 24}, "x");
+        second = std::make_shared<TextField>(Rect{20, 150, 200, 24});
+        first->setNextKeyView(second);
+        window->desktopContentView()->addSubview(first);
+        window->desktopContentView()->addSubview(second);
+        first->setOnChange([this](TextField&) { ++changeCallbacks; });
+        auto& center = platform::defaultNotificationCenter();
+        for (const char* name : {desktop::textDidBeginEditingNotification, desktop::textDidChangeNotification,
+                                 desktop::textDidEndEditingNotification})
+            tokens.push_back(center.addObserver(name, {}, platform::DeliveryQueue::postingThread,
+                                                [this](const platform::Notification& n) { record(n); }));
+    }
+    void TearDown() override {
+        for (auto token : tokens) platform::defaultNotificationCenter().removeObserver(token);
+        EventsTest::TearDown();
+    }
+
+    // "Change first Hi": the name without "Text…Notification", the field, its text.
+    void record(const platform::Notification& n) {
+        auto field = std::dynamic_pointer_cast<TextField>(n.object.object());
+        std::string name = n.name.substr(4, n.name.size() - 4 - std::string("Notification").size());
+        std::string entry = name + " " + (field == first ? "first" : field == second ? "second" : "?");
+        if (field) entry += " " + field->stringValue();
+        if (auto movement = n.userInfo.find("TextMovement")) entry += " movement " + std::to_string(*movement->integer());
+        auto editor = n.userInfo.find("FieldEditor");
+        if (!editor || !std::dynamic_pointer_cast<FieldEditor>(editor->object())) entry += " without editor";
+        std::lock_guard lock(mutex);
+        log.push_back(entry);
+    }
+    std::vector<std::string> entries() {
+        std::lock_guard lock(mutex);
+        return log;
+    }
+
+    std::shared_ptr<desktop::Window> window;
+    std::shared_ptr<TextField> first, second;
+    int changeCallbacks = 0;
+    std::vector<uint64_t> tokens;
+    std::mutex mutex;
+    std::vector<std::string> log;
+};
+
+TEST_F(FieldEditorTest, ClickTypeDeleteAndReturnEditTheFieldAndPostEachStep) {
+    std::shared_ptr<desktop::View> responderWhileEditing;
+    testsupport::runOnTestQueue([&] {
+        click(onMain([&] { return centerOnScreen(*first); }));
+        typeKey(4, platform::eventFlags::shift);  // H
+        typeKey(34);                              // i
+        typeKey(51);                              // Delete
+        typeKey(0, 0, "ö");                       // a character without a key of its own
+        drainEvents();
+        responderWhileEditing = onMain([&] { return window->firstResponder(); });
+        typeKey(36);  // Return
+        drainEvents();
+    });
+    auto editor = std::dynamic_pointer_cast<FieldEditor>(responderWhileEditing);
+    ASSERT_TRUE(editor) << "the field editor has the keys while a field is edited";
+    EXPECT_EQ(editor->string(), "xHö");
+    EXPECT_EQ(first->stringValue(), "xHö");
+    EXPECT_FALSE(editor->isEditing());
+    EXPECT_EQ(window->firstResponder(), nullptr);
+    EXPECT_TRUE(first->desktopSubviews().empty()) << "the editor leaves the field when editing ends";
+    EXPECT_EQ(changeCallbacks, 4);
+    EXPECT_EQ(entries(), (std::vector<std::string>{"DidBeginEditing first x", "DidChange first xH", "DidChange first xHi",
+                                                   "DidChange first xH", "DidChange first xHö",
+                                                   "DidEndEditing first xHö movement 1"}));
+}
+
+TEST_F(FieldEditorTest, TabEndsEditingAndStartsEditingTheNextKeyView) {
+    testsupport::runOnTestQueue([&] {
+        click(onMain([&] { return centerOnScreen(*first); }));
+        typeKey(0);   // a
+        typeKey(48);  // Tab
+        typeKey(11);  // b
+        drainEvents();
+    });
+    EXPECT_EQ(first->stringValue(), "xa");
+    EXPECT_EQ(second->stringValue(), "b");
+    auto editor = std::dynamic_pointer_cast<FieldEditor>(window->firstResponder());
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->editedField(), second);
+    EXPECT_EQ(entries(), (std::vector<std::string>{"DidBeginEditing first x", "DidChange first xa",
+                                                   "DidEndEditing first xa movement 2", "DidBeginEditing second ",
+                                                   "DidChange second b"}));
+}
+
+TEST_F(FieldEditorTest, TabSkipsViewsThatTakeNoKeysAndEndsWhenNothingTakesThem) {
+    auto label = std::make_shared<TextField>(Rect{20, 100, 200, 24}, "label");
+    label->setEditable(false);
+    window->desktopContentView()->addSubview(label);
+    first->setNextKeyView(label);
+    label->setNextKeyView(second);
+    second->setNextKeyView(first);  // a loop back to the start
+    second->setHidden(true);
+    testsupport::runOnTestQueue([&] {
+        click(onMain([&] { return centerOnScreen(*first); }));
+        typeKey(48);
+        drainEvents();
+    });
+    EXPECT_EQ(window->firstResponder(), nullptr);
+    EXPECT_EQ(entries().back(), "DidEndEditing first x movement 2");
+}
+
+TEST_F(FieldEditorTest, ClickingAnotherFieldEndsTheFirstEditingAndKeysWithoutEditingStartIt) {
+    testsupport::runOnTestQueue([&] {
+        click(onMain([&] { return centerOnScreen(*first); }));
+        click(onMain([&] { return centerOnScreen(*second); }));
+        typeKey(8);  // c
+        drainEvents();
+        // A field made first responder by the program starts editing at the first key.
+        onMain([&] { window->makeFirstResponder(first); });
+        typeKey(2);  // d
+        drainEvents();
+    });
+    EXPECT_EQ(second->stringValue(), "c");
+    EXPECT_EQ(first->stringValue(), "xd");
+    EXPECT_EQ(entries(), (std::vector<std::string>{"DidBeginEditing first x", "DidEndEditing first x movement 0",
+                                                   "DidBeginEditing second ", "DidChange second c",
+                                                   "DidEndEditing second c movement 0", "DidBeginEditing first x",
+                                                   "DidChange first xd"}));
+}
+
+TEST_F(FieldEditorTest, TheFieldEditorStaysOutOfHitTestsAndAnswersString) {
+    ASSERT_TRUE(first->beginEditing());
+    auto editor = FieldEditor::forWindow(window);
+    EXPECT_EQ(editor, window->firstResponder());
+    EXPECT_EQ(FieldEditor::forWindow(window), editor) << "one editor per window";
+    auto point = first->convertPointToWindow({5, 5});
+    EXPECT_EQ(window->desktopFrameView()->hitTest(point), first.get());
+    EXPECT_EQ(*editor->performSelector("string").text(), "x");
+    // A text the program sets while editing is what the next key edits.
+    first->setStringValue("new");
+    editor->insertText("!");
+    EXPECT_EQ(first->stringValue(), "new!");
+    editor->moveLeft();
+    editor->moveLeft();
+    editor->deleteBackward();
+    EXPECT_EQ(first->stringValue(), "nw!");
+    EXPECT_EQ(editor->insertionPoint(), 1u);
+}
+
+TEST_F(FieldEditorTest, FieldsThatTakeNoKeysAreNotEditedAndReturnPressesTheDefaultButtonOtherwise) {
+    first->setEditable(false);
+    int pressed = 0;
+    auto okButton = std::make_shared<desktop::Button>(Rect{250, 20, 80, 30}, "OK");
+    okButton->setKeyEquivalent("\r");
+    okButton->setAction([&](desktop::Button&) { ++pressed; });
+    window->desktopContentView()->addSubview(okButton);
+    testsupport::runOnTestQueue([&] {
+        click(onMain([&] { return centerOnScreen(*first); }));
+        typeKey(0);
+        typeKey(36);
+        drainEvents();
+    });
+    EXPECT_EQ(first->stringValue(), "x");
+    EXPECT_EQ(window->firstResponder(), nullptr);
+    EXPECT_EQ(pressed, 1);
+    EXPECT_TRUE(entries().empty());
+}
+
+}  // namespace

@@ -1,0 +1,31 @@
+// A fixture for the view kit's tests: the test thread is the main thread,
+// and every window a test leaves behind is closed afterwards.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "desktop/Application.h"
+#include "desktop/RunLoop.h"
+#include "desktop/Window.h"
+
+class ViewKitTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        desktop::RunLoop::main().adoptCurrentThreadAsMain();
+        closeAllWindows();
+        desktop::Application::shared()->deactivate();
+    }
+    void TearDown() override { closeAllWindows(); }
+
+    static void closeAllWindows() {
+        auto windows = desktop::Application::shared()->desktopWindows();
+        for (auto& window : windows) window->close();
+    }
+
+    // A shown, key window whose content area is the rectangle on screen.
+    static std::shared_ptr<desktop::Window> shownWindow(const platform::Rect& contentRect, const std::string& title = "W") {
+        auto window = desktop::Window::make(contentRect, title);
+        window->makeKeyAndOrderFront();
+        return window;
+    }
+};

@@ -1,0 +1,164 @@
+// A small application for the run driver's process tests. It runs a test
+// launch on the embedded desktop; the environment variable DRIVER_MODE (a
+// comma-separated list of flags) picks how the run behaves and ends:
+//   untrusted  starts without accessibility trust and grants it 1.25 s later
+//   end        testEnd calls endTests
+//   fatal      testEnd makes a fatal stop
+//   sigterm    testEnd sends the process SIGTERM
+//   nodata     no test data path; noshots: no screenshot path
+//   showalert  prints the texts of the final alert once it is up
+// DRIVER_TEST_DATA and DRIVER_SCREENSHOTS name the folders. Every line the
+// parent checks goes to standard output.
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "JTK/JTKConsole.h"
+#include "JTK/JTKProcessEnd.h"
+#include "JTK/JTKRecorderController.h"
+#include "JTK/JTKRegistry.h"
+#include "JTK/JTKTestSuite.h"
+#include "JTK/JTKViewTexts.h"
+#include "desktop/Application.h"
+#include "desktop/ProcessInfo.h"
+#include "platform/Dispatch.h"
+#include "platform/Notifications.h"
+
+namespace {
+
+std::atomic<bool> setupRan{false};
+
+bool hasFlag(const std::string& flag) {
+    const char* mode = std::getenv("DRIVER_MODE");
+    std::string flags = "," + std::string(mode ? mode : "") + ",";
+    return flags.find("," + flag + ",") != std::string::npos;
+}
+
+platform::Value environmentText(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? platform::Value(std::string(value)) : platform::Value();
+}
+
+// Steady-clock nanoseconds: the same clock in parent and child.
+std::string steadyNow() {
+    return std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+}
+
+void printAlertTexts() {
+    std::string texts;
+    for (const auto& view : JTKTestSuite::appViews()) {
+        for (const auto& text : {viewTitle(view), viewValue(view)}) {
+            if (!text.empty()) texts += "[" + text + "]";
+        }
+    }
+    jtkPrintLine("alert shows " + texts);
+}
+
+}  // namespace
+
+JTK_PROVIDER(jtkTestDataPath) { return hasFlag("nodata") ? platform::Value() : environmentText("DRIVER_TEST_DATA"); }
+JTK_PROVIDER(jtkTestDataPathBackup) { return platform::Value("/nonexistent/backup"); }
+JTK_PROVIDER(jtkScreenshotsPath) { return hasFlag("noshots") ? platform::Value() : environmentText("DRIVER_SCREENSHOTS"); }
+JTK_PROVIDER(jtkThisFilePath) { return platform::Value(__FILE__); }
+
+JTK_PROVIDER(jtkLaunchShellCommands) {
+    // The second command shows that the test data is in place before launch commands run.
+    return platform::Value(platform::ValueList{"echo launched", "ls \"$XDG_DATA_HOME/driverTestApp\"", "true"});
+}
+JTK_PROVIDER(jtkTeardownShellCommands) { return platform::Value(platform::ValueList{"echo 'teardown \"done\"'"}); }
+
+JTK_PROVIDER(jtkTestOptions) {
+    using platform::Value;
+    using platform::ValueDictionary;
+    auto order = [](int64_t value) { return Value(ValueDictionary{{Value(int64_t(1)), Value(value)}}); };
+    return Value(ValueDictionary{
+        {Value("testB"), order(-1)},
+        {Value("testC"), order(5)},
+        // Replaced whole by the later provider below.
+        {Value("testD"), Value(ValueDictionary{{Value(int64_t(1)), Value(int64_t(9))}})},
+    });
+}
+JTK_PROVIDER(jtkTestOptionsMore) {
+    using platform::Value;
+    using platform::ValueDictionary;
+    return Value(ValueDictionary{{Value("testD"), Value(ValueDictionary{{Value(int64_t(0)), Value(true)}})}});
+}
+
+JTK_METHOD(jtkSetup) {
+    setupRan = true;
+    auto file = JTKRecorderController::shared().recordingFile();
+    jtkPrintLine("setup prompts=" + std::to_string(desktop::accessibilityPromptCount()) +
+                 " recorder=" + (file ? file->filename().string() : "none"));
+}
+
+JTK_TEST(testA) {
+    std::ifstream in(std::string(std::getenv("XDG_DATA_HOME")) + "/driverTestApp/a.txt");
+    std::string content;
+    std::getline(in, content);
+    jtkPrintLine("testA sees " + content);
+}
+
+JTK_TEST(testEnd) {
+    if (hasFlag("end")) JTKTestSuite::endTests();
+    if (hasFlag("fatal")) jtkFatalStop("driver app stopped on purpose", "driverTestApp:testEnd");
+    if (hasFlag("sigterm")) {
+        kill(getpid(), SIGTERM);
+        while (true) std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
+}
+
+JTK_TEST(testB) { jtkPrintLine("testB"); }
+
+JTK_TEST(testC) {
+    // Longer than a millisecond: screenshots follow.
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    jtkPrintLine("testC");
+}
+
+JTK_TEST(testD) {
+    // Longer than a millisecond, but its options skip the screenshots.
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    jtkPrintLine("testD");
+}
+
+JTK_METHOD(tearDownAll) { jtkPrintLine("tearDownAll"); }
+JTK_METHOD(tearDown) { jtkPrintLine("tearDown"); }
+
+int main(int argc, char** argv) {
+    desktop::setProcessArguments(argc, argv);
+    auto application = desktop::Application::shared();
+
+    platform::defaultNotificationCenter().addObserver(
+        "", platform::Value(), platform::DeliveryQueue::postingThread, [](const platform::Notification& note) {
+            if (!note.name.starts_with("JTKTestSuite")) return;
+            const auto* text = note.object.text();
+            jtkPrintLine("notification " + note.name + (text ? " " + *text : std::string()));
+            if (note.name == "JTKTestSuiteAllTestsCompleted") {
+                jtkPrintLine("completed at " + steadyNow());
+                if (hasFlag("showalert")) platform::dispatchAfterMain(1.0, printAlertTexts);
+            }
+        });
+
+    if (hasFlag("untrusted")) {
+        desktop::setAccessibilityTrusted(false);
+        platform::dispatchAfterMain(1.25, [] {
+            jtkPrintLine("trust granted");
+            desktop::setAccessibilityTrusted(true);
+        });
+    }
+
+    JTKTestSuite::runTests();
+    // A launch that started no run ends itself after a while, with status 5.
+    // Without the trust poll a run has started before runTests returns.
+    platform::dispatchAfterMain(hasFlag("untrusted") ? 10.0 : 1.0, [application] {
+        if (!setupRan) application->terminate(5);
+    });
+    return application->run();
+}
