@@ -1,1 +1,0 @@
-namespace jtk_placeholder { int unused = 0; }
