@@ -59,6 +59,7 @@ std::shared_ptr<platform::Timer> RunLoop::addTimer(double interval, bool repeats
     {
         std::lock_guard lock(mutex_);
         timers_.push_back(timer);
+        ++timerGeneration_;
     }
     wake_.notify_all();
     return timer;
@@ -129,8 +130,9 @@ void RunLoop::waitForWork(RunLoopMode mode, std::optional<Clock::time_point> dea
     auto wakeAt = deadline;
     for (auto& timer : timers_)
         if (timer->valid && timer->runsIn(mode) && (!wakeAt || timer->fireTime < *wakeAt)) wakeAt = timer->fireTime;
+    const uint64_t generation = timerGeneration_;
     auto hasWork = [&] {
-        if (!tasks_.empty() || !events_.empty()) return true;
+        if (!tasks_.empty() || !events_.empty() || timerGeneration_ != generation) return true;
         return std::any_of(timers_.begin(), timers_.end(), [](const auto& t) { return !t->valid; });
     };
     if (hasWork()) return;

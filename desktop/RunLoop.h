@@ -74,6 +74,8 @@ private:
     std::deque<std::function<void()>> tasks_;
     std::deque<std::shared_ptr<platform::Event>> events_;
     std::vector<std::shared_ptr<TimerImpl>> timers_;
+    // Bumped when a timer is added, so a loop already waiting recomputes its wake time.
+    uint64_t timerGeneration_ = 0;
     EventHandler eventHandler_;
     // Main-thread only: one stop flag and mode per running level.
     struct Level {

@@ -1,5 +1,6 @@
 // Menus opened by clicks: the capture of the menu that begins tracking, the
 // wait for the menu a click opens, and choosing an item by title.
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -67,10 +68,16 @@ void JTKElement::setCurrentOpenMenu(std::shared_ptr<platform::Menu> menu) {
 }
 
 void JTKElement::caputureMenuIfOneOpens() {
+    // The delayed task ends the observation; the handler also checks the time
+    // itself, so a main thread that is late to run that task cannot stretch
+    // the capture window.
+    auto end = std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                                                      std::chrono::duration<double>(JTKPacing::menuCaptureWindow));
     auto& center = platform::defaultNotificationCenter();
     uint64_t token = center.addObserver(platform::menuDidBeginTrackingNotification, {},
                                         platform::DeliveryQueue::postingThread,
-                                        [](const platform::Notification& notification) {
+                                        [end](const platform::Notification& notification) {
+                                            if (std::chrono::steady_clock::now() > end) return;
                                             setCurrentOpenMenu(menuOf(notification));
                                         });
     platform::dispatchAfterMain(JTKPacing::menuCaptureWindow,

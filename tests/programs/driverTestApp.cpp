@@ -74,21 +74,25 @@ JTK_PROVIDER(jtkLaunchShellCommands) {
 }
 JTK_PROVIDER(jtkTeardownShellCommands) { return platform::Value(platform::ValueList{"echo 'teardown \"done\"'"}); }
 
+// Built entry by entry: braced lists of values trip a false uninitialised-use warning of GCC 12.
+static platform::Value optionEntry(int64_t option, platform::Value value) {
+    platform::ValueDictionary options;
+    options.emplace_back(platform::Value(option), std::move(value));
+    return platform::Value(std::move(options));
+}
+
 JTK_PROVIDER(jtkTestOptions) {
-    using platform::Value;
-    using platform::ValueDictionary;
-    auto order = [](int64_t value) { return Value(ValueDictionary{{Value(int64_t(1)), Value(value)}}); };
-    return Value(ValueDictionary{
-        {Value("testB"), order(-1)},
-        {Value("testC"), order(5)},
-        // Replaced whole by the later provider below.
-        {Value("testD"), Value(ValueDictionary{{Value(int64_t(1)), Value(int64_t(9))}})},
-    });
+    platform::ValueDictionary tests;
+    tests.emplace_back(platform::Value("testB"), optionEntry(1, platform::Value(int64_t(-1))));
+    tests.emplace_back(platform::Value("testC"), optionEntry(1, platform::Value(int64_t(5))));
+    // Replaced whole by the later provider below.
+    tests.emplace_back(platform::Value("testD"), optionEntry(1, platform::Value(int64_t(9))));
+    return platform::Value(std::move(tests));
 }
 JTK_PROVIDER(jtkTestOptionsMore) {
-    using platform::Value;
-    using platform::ValueDictionary;
-    return Value(ValueDictionary{{Value("testD"), Value(ValueDictionary{{Value(int64_t(0)), Value(true)}})}});
+    platform::ValueDictionary tests;
+    tests.emplace_back(platform::Value("testD"), optionEntry(0, platform::Value(true)));
+    return platform::Value(std::move(tests));
 }
 
 JTK_METHOD(jtkSetup) {
