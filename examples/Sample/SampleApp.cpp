@@ -223,7 +223,8 @@ void SampleApp::loadData() {
              !error && it != std::filesystem::directory_iterator(); it.increment(error))
             ++notes;
     notesLabel_->setStringValue("Notes: " + std::to_string(notes));
-    const std::string* user = platform::standardUserDefaults().objectForKey("userName").text();
+    Value userName = platform::standardUserDefaults().objectForKey("userName");
+    const std::string* user = userName.text();
     userLabel_->setStringValue("User: " + (user ? *user : std::string("nobody")));
 }
 
