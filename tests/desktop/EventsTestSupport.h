@@ -3,6 +3,7 @@
 // server, while the main thread runs the loop that dispatches the events.
 #pragma once
 
+#include "tests/support/DesktopFixtures.h"
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -126,14 +127,9 @@ protected:
         desktop::Application::shared()->setMainMenu(nullptr);
         desktop::WindowServer::shared().resetState();
     }
-    static void closeAllWindows() {
-        auto windows = desktop::Application::shared()->desktopWindows();
-        for (auto& window : windows) window->close();
-    }
+    static void closeAllWindows() { testsupport::closeAllWindows(); }
     static std::shared_ptr<desktop::Window> shownWindow(const platform::Rect& contentRect, const std::string& title = "W") {
-        auto window = desktop::Window::make(contentRect, title);
-        window->makeKeyAndOrderFront();
-        return window;
+        return testsupport::makeWindow(contentRect, title);
     }
 };
 

@@ -2,6 +2,7 @@
 // and every window a test leaves behind is closed afterwards.
 #pragma once
 
+#include "tests/support/DesktopFixtures.h"
 #include <gtest/gtest.h>
 
 #include "desktop/Application.h"
@@ -17,15 +18,10 @@ protected:
     }
     void TearDown() override { closeAllWindows(); }
 
-    static void closeAllWindows() {
-        auto windows = desktop::Application::shared()->desktopWindows();
-        for (auto& window : windows) window->close();
-    }
+    static void closeAllWindows() { testsupport::closeAllWindows(); }
 
     // A shown, key window whose content area is the rectangle on screen.
     static std::shared_ptr<desktop::Window> shownWindow(const platform::Rect& contentRect, const std::string& title = "W") {
-        auto window = desktop::Window::make(contentRect, title);
-        window->makeKeyAndOrderFront();
-        return window;
+        return testsupport::makeWindow(contentRect, title);
     }
 };

@@ -3,6 +3,7 @@
 // the run loop, and the window server's log of what the actions posted.
 #pragma once
 
+#include "tests/support/DesktopFixtures.h"
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -40,8 +41,7 @@ protected:
     static void reset() {
         JTKTestSuite::setRecorder(nullptr);
         JTKElement::setCurrentOpenMenu(nullptr);
-        auto windows = desktop::Application::shared()->desktopWindows();  // closing changes the list
-        for (auto& window : windows) window->close();
+        testsupport::closeAllWindows();
         desktop::WindowServer::shared().resetState();
         testsupport::pumpMainLoop(0.02);
         desktop::WindowServer::clearEventLog();
@@ -50,16 +50,12 @@ protected:
     // A shown, key window whose content area starts at (x, y) on screen.
     static std::shared_ptr<desktop::Window> makeWindow(double x, double y, double width, double height,
                                                        std::string title = "Window") {
-        auto window = desktop::Window::make(platform::Rect{x, y, width, height}, std::move(title));
-        window->makeKeyAndOrderFront();
-        return window;
+        return testsupport::makeWindow(platform::Rect{x, y, width, height}, std::move(title));
     }
 
     template <class V, class... Args>
     static std::shared_ptr<V> add(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
-        auto view = std::make_shared<V>(std::forward<Args>(args)...);
-        parent->addSubview(view);
-        return view;
+        return testsupport::addView<V>(parent, std::forward<Args>(args)...);
     }
 
     static JTKElement elementOf(const std::shared_ptr<platform::View>& view) { return JTKElement(view); }

@@ -3,6 +3,7 @@
 // Every test starts and ends with no window open.
 #pragma once
 
+#include "tests/support/DesktopFixtures.h"
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -26,24 +27,17 @@ protected:
     }
     void TearDown() override { closeAllWindows(); }
 
-    static void closeAllWindows() {
-        auto windows = desktop::Application::shared()->desktopWindows();
-        for (auto& window : windows) window->close();
-    }
+    static void closeAllWindows() { testsupport::closeAllWindows(); }
 
     // A window whose content area starts at (x, y) on screen; shown (and key) unless told otherwise.
     static std::shared_ptr<desktop::Window> makeWindow(double x, double y, double width, double height,
                                                        std::string title = "Window", bool show = true) {
-        auto window = desktop::Window::make(platform::Rect{x, y, width, height}, std::move(title));
-        if (show) window->makeKeyAndOrderFront();
-        return window;
+        return testsupport::makeWindow(platform::Rect{x, y, width, height}, std::move(title), show);
     }
 
     template <class V, class... Args>
     static std::shared_ptr<V> add(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
-        auto view = std::make_shared<V>(std::forward<Args>(args)...);
-        parent->addSubview(view);
-        return view;
+        return testsupport::addView<V>(parent, std::forward<Args>(args)...);
     }
 
     // Gives the view a method by name, as an application does.
