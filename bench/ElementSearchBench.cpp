@@ -8,13 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "JTK/JTKMainThread.h"
+#include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/Application.h"
-#include "desktop/RunLoop.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "platform/Dispatch.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/platform/Dispatch.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -13,15 +13,17 @@
 
 #include "JTK/JTKElement.h"
 #include "JTK/JTKTestSuite.h"
-#include "JTK/input/JTKEventPosting.h"
-#include "desktop/Application.h"
-#include "desktop/Menu.h"
-#include "desktop/MenuItem.h"
-#include "desktop/RunLoop.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "desktop/controls/PopUpButton.h"
-#include "platform/Dispatch.h"
+#include "input/JTKEventPosting.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/MenuItem.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/platform/Dispatch.h"
+
+using namespace jtk;
 
 namespace {
 

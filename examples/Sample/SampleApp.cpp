@@ -3,37 +3,37 @@
 #include <fstream>
 #include <sstream>
 
-#include "desktop/Application.h"
-#include "desktop/Menu.h"
-#include "desktop/MenuItem.h"
-#include "desktop/controls/Box.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/PopUpButton.h"
-#include "desktop/controls/ScrollView.h"
-#include "desktop/controls/Slider.h"
-#include "desktop/controls/TextField.h"
-#include "platform/Dispatch.h"
-#include "platform/Process.h"
-#include "platform/UserDefaults.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/MenuItem.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/desktop/controls/ScrollView.h"
+#include "JTK/desktop/controls/Slider.h"
+#include "JTK/desktop/controls/TextField.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Process.h"
+#include "JTK/platform/UserDefaults.h"
 
 namespace sample {
 
-using platform::Rect;
-using platform::Value;
+using jtk::platform::Rect;
+using jtk::platform::Value;
 
 namespace {
 
 // Names a view for lookups, the way an application's view class does.
-void nameView(platform::Object& view, std::string name) {
-    view.addMethod("hbViewName", [name = std::move(name)](platform::Object&, const Value&) { return Value(name); });
+void nameView(jtk::platform::Object& view, std::string name) {
+    view.addMethod("hbViewName", [name = std::move(name)](jtk::platform::Object&, const Value&) { return Value(name); });
 }
 
 // The list of rows: scrolls a row into view when asked to by name.
-class SampleListView : public desktop::ScrollView {
+class SampleListView : public jtk::desktop::ScrollView {
 public:
     explicit SampleListView(const Rect& frame) : ScrollView(frame) {
-        addMethod("hbScrollToViewAnimated:", [](platform::Object& self, const Value& argument) {
-            auto view = std::dynamic_pointer_cast<desktop::View>(argument.object());
+        addMethod("hbScrollToViewAnimated:", [](jtk::platform::Object& self, const Value& argument) {
+            auto view = std::dynamic_pointer_cast<jtk::desktop::View>(argument.object());
             if (view) static_cast<SampleListView&>(self).scrollToVisible(*view);
             return Value();
         });
@@ -41,15 +41,15 @@ public:
 };
 
 // A document of the inspector: the model object behind the status view.
-class SampleDocument : public platform::Object {};
+class SampleDocument : public jtk::platform::Object {};
 
 // Shows the application's status; names itself and reports its value and model.
-class SampleStatusView : public desktop::View {
+class SampleStatusView : public jtk::desktop::View {
 public:
     explicit SampleStatusView(const Rect& frame) : View(frame), document_(std::make_shared<SampleDocument>()) {
         nameView(*this, "Status");
-        addMethod("hbViewValue", [](platform::Object&, const Value&) { return Value("Ready"); });
-        addMethod("hbModelObject", [this](platform::Object&, const Value&) { return Value(document_); });
+        addMethod("hbViewValue", [](jtk::platform::Object&, const Value&) { return Value("Ready"); });
+        addMethod("hbModelObject", [this](jtk::platform::Object&, const Value&) { return Value(document_); });
     }
 
 private:
@@ -69,9 +69,9 @@ std::string readFile(const std::filesystem::path& file) {
 }  // namespace
 
 std::optional<std::filesystem::path> dataFolder() {
-    auto base = platform::applicationSupportDirectory();
+    auto base = jtk::platform::applicationSupportDirectory();
     if (!base) return std::nullopt;
-    return *base / desktop::Application::shared()->name();
+    return *base / jtk::desktop::Application::shared()->name();
 }
 
 SampleApp::SampleApp() {
@@ -82,43 +82,43 @@ SampleApp::SampleApp() {
     mainWindow_->makeKeyAndOrderFront();
 }
 
-std::shared_ptr<desktop::Label> SampleApp::addLabel(const std::shared_ptr<desktop::View>& parent, Rect frame,
+std::shared_ptr<jtk::desktop::Label> SampleApp::addLabel(const std::shared_ptr<jtk::desktop::View>& parent, Rect frame,
                                                     std::string text, std::string name) {
-    auto label = std::make_shared<desktop::Label>(frame, std::move(text));
+    auto label = std::make_shared<jtk::desktop::Label>(frame, std::move(text));
     if (!name.empty()) nameView(*label, std::move(name));
     parent->addSubview(label);
     return label;
 }
 
 void SampleApp::buildMainWindow() {
-    mainWindow_ = desktop::Window::make(Rect{100, 200, 600, 520}, "Sample");
+    mainWindow_ = jtk::desktop::Window::make(Rect{100, 200, 600, 520}, "Sample");
     auto content = mainWindow_->desktopContentView();
 
     greetingLabel_ = addLabel(content, {20, 484, 560, 24}, "No greeting yet", "Greeting");
     userLabel_ = addLabel(content, {20, 454, 560, 24}, "User: nobody", "User");
 
-    auto add = std::make_shared<desktop::Button>(Rect{20, 410, 100, 30}, "Add");
-    add->setAction([this](desktop::Button&) { countLabel_->setStringValue("Count: " + std::to_string(++count_)); });
+    auto add = std::make_shared<jtk::desktop::Button>(Rect{20, 410, 100, 30}, "Add");
+    add->setAction([this](jtk::desktop::Button&) { countLabel_->setStringValue("Count: " + std::to_string(++count_)); });
     content->addSubview(add);
     countLabel_ = addLabel(content, {130, 413, 200, 24}, "Count: 0", "Count");
 
-    auto open = std::make_shared<desktop::Button>(Rect{20, 370, 100, 30}, "Open");
-    open->setDoubleAction([this](desktop::Button&) {
+    auto open = std::make_shared<jtk::desktop::Button>(Rect{20, 370, 100, 30}, "Open");
+    open->setDoubleAction([this](jtk::desktop::Button&) {
         doubleClickLabel_->setStringValue("Double clicks: " + std::to_string(++doubleClicks_));
     });
     content->addSubview(open);
     doubleClickLabel_ = addLabel(content, {130, 373, 200, 24}, "Double clicks: 0", "DoubleClicks");
 
-    auto select = std::make_shared<desktop::Button>(Rect{20, 330, 100, 30}, "Select");
-    select->setAction([this](desktop::Button& button) {
-        bool extended = button.lastEventFlags() & platform::eventFlags::shift;
+    auto select = std::make_shared<jtk::desktop::Button>(Rect{20, 330, 100, 30}, "Select");
+    select->setAction([this](jtk::desktop::Button& button) {
+        bool extended = button.lastEventFlags() & jtk::platform::eventFlags::shift;
         selectionLabel_->setStringValue(extended ? "Selection: extended" : "Selection: single");
     });
     content->addSubview(select);
     selectionLabel_ = addLabel(content, {130, 333, 200, 24}, "Selection: none", "Selection");
 
-    auto firstName = std::make_shared<desktop::TextField>(Rect{20, 290, 150, 24});
-    auto lastName = std::make_shared<desktop::TextField>(Rect{180, 290, 150, 24});
+    auto firstName = std::make_shared<jtk::desktop::TextField>(Rect{20, 290, 150, 24});
+    auto lastName = std::make_shared<jtk::desktop::TextField>(Rect{180, 290, 150, 24});
     nameView(*firstName, "FirstName");
     nameView(*lastName, "LastName");
     firstName->setNextKeyView(lastName);
@@ -126,29 +126,29 @@ void SampleApp::buildMainWindow() {
     content->addSubview(firstName);
     content->addSubview(lastName);
     fullNameLabel_ = addLabel(content, {340, 290, 240, 24}, "Full name:", "FullName");
-    auto updateFullName = [this, first = std::weak_ptr(firstName), last = std::weak_ptr(lastName)](desktop::TextField&) {
+    auto updateFullName = [this, first = std::weak_ptr(firstName), last = std::weak_ptr(lastName)](jtk::desktop::TextField&) {
         auto f = first.lock(), l = last.lock();
         if (f && l) fullNameLabel_->setStringValue("Full name: " + f->stringValue() + " " + l->stringValue());
     };
     firstName->setOnChange(updateFullName);
     lastName->setOnChange(updateFullName);
 
-    auto volume = std::make_shared<desktop::Slider>(Rect{20, 250, 200, 20}, 0, 100, 0);
+    auto volume = std::make_shared<jtk::desktop::Slider>(Rect{20, 250, 200, 20}, 0, 100, 0);
     nameView(*volume, "Volume");
-    volume->addMethod("hbViewValue", [](platform::Object& self, const Value&) {
-        return Value(static_cast<int64_t>(static_cast<desktop::Slider&>(self).doubleValue()));
+    volume->addMethod("hbViewValue", [](jtk::platform::Object& self, const Value&) {
+        return Value(static_cast<int64_t>(static_cast<jtk::desktop::Slider&>(self).doubleValue()));
     });
     content->addSubview(volume);
 
-    auto colour = std::make_shared<desktop::PopUpButton>(Rect{20, 210, 150, 26});
+    auto colour = std::make_shared<jtk::desktop::PopUpButton>(Rect{20, 210, 150, 26});
     nameView(*colour, "Colour");
     colourLabel_ = addLabel(content, {180, 211, 200, 24}, "Colour: none", "ColourChoice");
-    auto chooseColour = [this](desktop::MenuItem& item) { colourLabel_->setStringValue("Colour: " + item.title()); };
-    auto colours = desktop::Menu::make("Colour");
-    for (const char* title : {"Red", "Green", "Blue"}) colours->addItem(desktop::MenuItem::make(title, chooseColour));
-    auto more = desktop::MenuItem::make("More");
-    auto moreColours = desktop::Menu::make("More");
-    for (const char* title : {"Teal", "Navy"}) moreColours->addItem(desktop::MenuItem::make(title, chooseColour));
+    auto chooseColour = [this](jtk::desktop::MenuItem& item) { colourLabel_->setStringValue("Colour: " + item.title()); };
+    auto colours = jtk::desktop::Menu::make("Colour");
+    for (const char* title : {"Red", "Green", "Blue"}) colours->addItem(jtk::desktop::MenuItem::make(title, chooseColour));
+    auto more = jtk::desktop::MenuItem::make("More");
+    auto moreColours = jtk::desktop::Menu::make("More");
+    for (const char* title : {"Teal", "Navy"}) moreColours->addItem(jtk::desktop::MenuItem::make(title, chooseColour));
     more->setSubmenu(moreColours);
     colours->addItem(more);
     colour->setMenu(colours);
@@ -156,10 +156,10 @@ void SampleApp::buildMainWindow() {
 
     auto list = std::make_shared<SampleListView>(Rect{20, 20, 250, 170});
     nameView(*list, "Rows");
-    auto rows = std::make_shared<desktop::View>(Rect{0, 0, 234, 30 * 30});
+    auto rows = std::make_shared<jtk::desktop::View>(Rect{0, 0, 234, 30 * 30});
     for (int i = 1; i <= 30; ++i) {
-        auto row = std::make_shared<desktop::Button>(Rect{0, 900.0 - 30 * i, 234, 30}, "Row " + std::to_string(i));
-        row->setAction([this](desktop::Button& button) { rowLabel_->setStringValue("Selected: " + button.title()); });
+        auto row = std::make_shared<jtk::desktop::Button>(Rect{0, 900.0 - 30 * i, 234, 30}, "Row " + std::to_string(i));
+        row->setAction([this](jtk::desktop::Button& button) { rowLabel_->setStringValue("Selected: " + button.title()); });
         rows->addSubview(row);
     }
     list->setDocumentView(rows);
@@ -167,46 +167,46 @@ void SampleApp::buildMainWindow() {
     content->addSubview(list);
     rowLabel_ = addLabel(content, {290, 166, 290, 24}, "Selected: none", "SelectedRow");
 
-    auto settings = std::make_shared<desktop::Box>(Rect{290, 60, 290, 96}, "Settings");
-    auto darkMode = std::make_shared<desktop::Button>(Rect{10, 40, 150, 24}, "Dark mode", desktop::Button::Type::checkbox);
+    auto settings = std::make_shared<jtk::desktop::Box>(Rect{290, 60, 290, 96}, "Settings");
+    auto darkMode = std::make_shared<jtk::desktop::Button>(Rect{10, 40, 150, 24}, "Dark mode", jtk::desktop::Button::Type::checkbox);
     settings->addSubview(darkMode);
-    settings->addSubview(std::make_shared<desktop::Label>(Rect{10, 10, 150, 24}, "Theme"));
+    settings->addSubview(std::make_shared<jtk::desktop::Label>(Rect{10, 10, 150, 24}, "Theme"));
     content->addSubview(settings);
 
-    auto showDetails = std::make_shared<desktop::Button>(Rect{290, 20, 120, 30}, "Show Details");
-    showDetails->setAction([this](desktop::Button&) { showDetailsPanelSoon(); });
+    auto showDetails = std::make_shared<jtk::desktop::Button>(Rect{290, 20, 120, 30}, "Show Details");
+    showDetails->setAction([this](jtk::desktop::Button&) { showDetailsPanelSoon(); });
     content->addSubview(showDetails);
     documentsLabel_ = addLabel(content, {420, 23, 160, 24}, "Documents: 0", "Documents");
     notesLabel_ = addLabel(content, {420, 454, 160, 24}, "Notes: 0", "Notes");
     // An unnamed container, as real windows have plenty of.
-    content->addSubview(std::make_shared<desktop::View>(Rect{0, 0, 10, 10}));
+    content->addSubview(std::make_shared<jtk::desktop::View>(Rect{0, 0, 10, 10}));
 }
 
 void SampleApp::buildInspectorWindow() {
-    inspectorWindow_ = desktop::Window::make(Rect{720, 200, 300, 200}, "Inspector");
+    inspectorWindow_ = jtk::desktop::Window::make(Rect{720, 200, 300, 200}, "Inspector");
     auto content = inspectorWindow_->desktopContentView();
     addLabel(content, {20, 160, 260, 24}, "Inspector");
     content->addSubview(std::make_shared<SampleStatusView>(Rect{20, 100, 260, 40}));
 }
 
 void SampleApp::buildMainMenu() {
-    auto mainMenu = desktop::Menu::make("Main");
-    auto file = desktop::MenuItem::make("File");
-    auto fileMenu = desktop::Menu::make("File");
-    fileMenu->addItem(desktop::MenuItem::make(
+    auto mainMenu = jtk::desktop::Menu::make("Main");
+    auto file = jtk::desktop::MenuItem::make("File");
+    auto fileMenu = jtk::desktop::Menu::make("File");
+    fileMenu->addItem(jtk::desktop::MenuItem::make(
         "New Document",
-        [this](desktop::MenuItem&) { documentsLabel_->setStringValue("Documents: " + std::to_string(++documents_)); },
-        "n", platform::eventFlags::command));
+        [this](jtk::desktop::MenuItem&) { documentsLabel_->setStringValue("Documents: " + std::to_string(++documents_)); },
+        "n", jtk::platform::eventFlags::command));
     file->setSubmenu(fileMenu);
     mainMenu->addItem(file);
-    desktop::Application::shared()->setMainMenu(mainMenu);
+    jtk::desktop::Application::shared()->setMainMenu(mainMenu);
 }
 
 void SampleApp::showDetailsPanelSoon() {
     // The panel takes a moment to prepare, as a real one loading its content would.
-    platform::dispatchAfterMain(0.3, [this] {
+    jtk::platform::dispatchAfterMain(0.3, [this] {
         if (detailsPanel_) return;
-        detailsPanel_ = desktop::Window::make(Rect{300, 100, 240, 120}, "Details");
+        detailsPanel_ = jtk::desktop::Window::make(Rect{300, 100, 240, 120}, "Details");
         addLabel(detailsPanel_->desktopContentView(), {20, 60, 200, 24}, "Details ready", "DetailsStatus");
         detailsPanel_->makeKeyAndOrderFront();
     });
@@ -223,7 +223,7 @@ void SampleApp::loadData() {
              !error && it != std::filesystem::directory_iterator(); it.increment(error))
             ++notes;
     notesLabel_->setStringValue("Notes: " + std::to_string(notes));
-    Value userName = platform::standardUserDefaults().objectForKey("userName");
+    Value userName = jtk::platform::standardUserDefaults().objectForKey("userName");
     const std::string* user = userName.text();
     userLabel_->setStringValue("User: " + (user ? *user : std::string("nobody")));
 }

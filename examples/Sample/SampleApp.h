@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "desktop/Window.h"
-#include "desktop/controls/Label.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/controls/Label.h"
 
 namespace sample {
 
@@ -23,29 +23,29 @@ public:
     // folder and the user name from the user defaults.
     void loadData();
 
-    const std::shared_ptr<desktop::Window>& mainWindow() const { return mainWindow_; }
+    const std::shared_ptr<jtk::desktop::Window>& mainWindow() const { return mainWindow_; }
 
 private:
     void buildMainWindow();
     void buildInspectorWindow();
     void buildMainMenu();
     void showDetailsPanelSoon();
-    std::shared_ptr<desktop::Label> addLabel(const std::shared_ptr<desktop::View>& parent, platform::Rect frame,
+    std::shared_ptr<jtk::desktop::Label> addLabel(const std::shared_ptr<jtk::desktop::View>& parent, jtk::platform::Rect frame,
                                              std::string text, std::string name = {});
 
-    std::shared_ptr<desktop::Window> mainWindow_;
-    std::shared_ptr<desktop::Window> inspectorWindow_;
-    std::shared_ptr<desktop::Window> detailsPanel_;
-    std::shared_ptr<desktop::Label> greetingLabel_;
-    std::shared_ptr<desktop::Label> userLabel_;
-    std::shared_ptr<desktop::Label> countLabel_;
-    std::shared_ptr<desktop::Label> doubleClickLabel_;
-    std::shared_ptr<desktop::Label> selectionLabel_;
-    std::shared_ptr<desktop::Label> fullNameLabel_;
-    std::shared_ptr<desktop::Label> colourLabel_;
-    std::shared_ptr<desktop::Label> rowLabel_;
-    std::shared_ptr<desktop::Label> documentsLabel_;
-    std::shared_ptr<desktop::Label> notesLabel_;
+    std::shared_ptr<jtk::desktop::Window> mainWindow_;
+    std::shared_ptr<jtk::desktop::Window> inspectorWindow_;
+    std::shared_ptr<jtk::desktop::Window> detailsPanel_;
+    std::shared_ptr<jtk::desktop::Label> greetingLabel_;
+    std::shared_ptr<jtk::desktop::Label> userLabel_;
+    std::shared_ptr<jtk::desktop::Label> countLabel_;
+    std::shared_ptr<jtk::desktop::Label> doubleClickLabel_;
+    std::shared_ptr<jtk::desktop::Label> selectionLabel_;
+    std::shared_ptr<jtk::desktop::Label> fullNameLabel_;
+    std::shared_ptr<jtk::desktop::Label> colourLabel_;
+    std::shared_ptr<jtk::desktop::Label> rowLabel_;
+    std::shared_ptr<jtk::desktop::Label> documentsLabel_;
+    std::shared_ptr<jtk::desktop::Label> notesLabel_;
     int count_ = 0;
     int doubleClicks_ = 0;
     int documents_ = 0;

@@ -8,27 +8,27 @@
 
 #include "JTK/JTKTestSuite.h"
 #include "SampleApp.h"
-#include "desktop/Application.h"
-#include "desktop/ProcessInfo.h"
-#include "platform/Dispatch.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/platform/Dispatch.h"
 
 int main(int argc, char** argv) {
-    desktop::setProcessArguments(argc, argv);
-    auto application = desktop::Application::shared();
+    jtk::desktop::setProcessArguments(argc, argv);
+    auto application = jtk::desktop::Application::shared();
     sample::SampleApp app;
 
-    JTKTestSuite::runTests();
+    jtk::JTKTestSuite::runTests();
     // Load once the run loop turns, after a test run has put its data in place.
-    platform::dispatchAsyncMain([&app] { app.loadData(); });
+    jtk::platform::dispatchAsyncMain([&app] { app.loadData(); });
 
-    if (!JTKTestSuite::isTesting()) {
+    if (!jtk::JTKTestSuite::isTesting()) {
         double seconds = 3;
         if (const char* text = std::getenv("SAMPLE_RUN_SECONDS")) seconds = std::atof(text);
-        platform::dispatchAsyncMain([&app] {
+        jtk::platform::dispatchAsyncMain([&app] {
             std::printf("Sample: %s\n", app.mainWindow()->title().c_str());
             std::fflush(stdout);
         });
-        if (seconds > 0) platform::dispatchAfterMain(seconds, [application] { application->terminate(0); });
+        if (seconds > 0) jtk::platform::dispatchAfterMain(seconds, [application] { application->terminate(0); });
     }
     return application->run();
 }

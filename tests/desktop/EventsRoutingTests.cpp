@@ -6,13 +6,15 @@
 #include <mutex>
 #include <vector>
 
-#include "desktop/Menu.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/ScrollView.h"
-#include "desktop/controls/Slider.h"
-#include "desktop/controls/TextField.h"
-#include "platform/Notifications.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ScrollView.h"
+#include "JTK/desktop/controls/Slider.h"
+#include "JTK/desktop/controls/TextField.h"
+#include "JTK/platform/Notifications.h"
 #include "tests/desktop/EventsTestSupport.h"
+
+using namespace jtk;
 
 using namespace eventstest;
 using platform::Rect;

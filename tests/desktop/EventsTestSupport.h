@@ -13,14 +13,16 @@
 
 #include <unistd.h>
 
-#include "desktop/Application.h"
-#include "desktop/RunLoop.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "desktop/WindowServer.h"
-#include "platform/Dispatch.h"
-#include "platform/Events.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/WindowServer.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Events.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 namespace eventstest {
 

@@ -4,10 +4,12 @@
 
 #include <unistd.h>
 
-#include "desktop/WindowServer.h"
-#include "platform/Events.h"
-#include "platform/Screen.h"
+#include "JTK/desktop/WindowServer.h"
+#include "JTK/platform/Events.h"
+#include "JTK/platform/Screen.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 using desktop::WindowServer;
 using platform::EventType;

@@ -6,11 +6,13 @@
 #include <mutex>
 #include <vector>
 
-#include "desktop/FieldEditor.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/TextField.h"
-#include "platform/Notifications.h"
+#include "JTK/desktop/FieldEditor.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/TextField.h"
+#include "JTK/platform/Notifications.h"
 #include "tests/desktop/EventsTestSupport.h"
+
+using namespace jtk;
 
 using namespace eventstest;
 using desktop::FieldEditor;

@@ -5,10 +5,12 @@
 #include <mutex>
 #include <vector>
 
-#include "desktop/Menu.h"
-#include "desktop/controls/PopUpButton.h"
-#include "platform/Notifications.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/platform/Notifications.h"
 #include "tests/desktop/EventsTestSupport.h"
+
+using namespace jtk;
 
 using namespace eventstest;
 using desktop::Menu;

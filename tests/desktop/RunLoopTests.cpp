@@ -5,10 +5,12 @@
 #include <thread>
 #include <vector>
 
-#include "desktop/RunLoop.h"
-#include "platform/Dispatch.h"
-#include "platform/RunLoop.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/RunLoop.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 using namespace std::chrono_literals;
 

@@ -4,10 +4,12 @@
 #include <thread>
 #include <vector>
 
-#include "desktop/NotificationCenter.h"
-#include "platform/Dispatch.h"
-#include "platform/Object.h"
+#include "JTK/desktop/NotificationCenter.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Object.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 using platform::DeliveryQueue;
 using platform::Notification;

@@ -10,8 +10,10 @@
 #include <string_view>
 #include <thread>
 
-#include "desktop/ProcessInfo.h"
-#include "platform/Process.h"
+#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/platform/Process.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -10,9 +10,11 @@
 #include <optional>
 #include <thread>
 
-#include "desktop/UserDefaults.h"
-#include "platform/Object.h"
-#include "platform/UserDefaults.h"
+#include "JTK/desktop/UserDefaults.h"
+#include "JTK/platform/Object.h"
+#include "JTK/platform/UserDefaults.h"
+
+using namespace jtk;
 
 namespace fs = std::filesystem;
 using platform::Value;

@@ -7,14 +7,16 @@
 
 #include <atomic>
 
-#include "desktop/Alert.h"
-#include "desktop/KeyboardLayout.h"
-#include "desktop/controls/Label.h"
-#include "platform/Dispatch.h"
-#include "platform/Events.h"
-#include "platform/RunLoop.h"
+#include "JTK/desktop/Alert.h"
+#include "JTK/desktop/KeyboardLayout.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Events.h"
+#include "JTK/platform/RunLoop.h"
 #include "tests/desktop/ViewKitTestSupport.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 using desktop::Alert;
 using platform::Rect;

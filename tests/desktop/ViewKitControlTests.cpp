@@ -3,17 +3,19 @@
 // behaviour of clicks and changes.
 #include <gtest/gtest.h>
 
-#include "desktop/Menu.h"
-#include "desktop/MenuItem.h"
-#include "desktop/controls/Box.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/ImageView.h"
-#include "desktop/controls/Label.h"
-#include "desktop/controls/PopUpButton.h"
-#include "desktop/controls/ScrollView.h"
-#include "desktop/controls/Slider.h"
-#include "desktop/controls/TextField.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/MenuItem.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ImageView.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/desktop/controls/ScrollView.h"
+#include "JTK/desktop/controls/Slider.h"
+#include "JTK/desktop/controls/TextField.h"
 #include "tests/desktop/ViewKitTestSupport.h"
+
+using namespace jtk;
 
 using platform::Rect;
 using platform::Value;

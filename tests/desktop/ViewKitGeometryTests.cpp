@@ -4,13 +4,15 @@
 
 #include <limits>
 
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "desktop/controls/Box.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/Label.h"
-#include "desktop/controls/ScrollView.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/ScrollView.h"
 #include "tests/desktop/ViewKitTestSupport.h"
+
+using namespace jtk;
 
 using desktop::View;
 using platform::Point;

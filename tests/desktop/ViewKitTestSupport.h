@@ -5,9 +5,11 @@
 #include "tests/support/DesktopFixtures.h"
 #include <gtest/gtest.h>
 
-#include "desktop/Application.h"
-#include "desktop/RunLoop.h"
-#include "desktop/Window.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/Window.h"
+
+using namespace jtk;
 
 class ViewKitTest : public ::testing::Test {
 protected:

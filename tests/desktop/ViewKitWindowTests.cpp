@@ -8,14 +8,16 @@
 #include <set>
 #include <thread>
 
-#include "desktop/Application.h"
-#include "desktop/Screens.h"
-#include "desktop/Window.h"
-#include "desktop/controls/Label.h"
-#include "desktop/controls/TextField.h"
-#include "platform/Dispatch.h"
-#include "platform/Screen.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/Screens.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/TextField.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Screen.h"
 #include "tests/desktop/ViewKitTestSupport.h"
+
+using namespace jtk;
 
 using desktop::Application;
 using desktop::Window;

@@ -6,9 +6,11 @@
 #include <mutex>
 
 #include "JTK/JTKTestSuite.h"
-#include "desktop/controls/Button.h"
-#include "platform/Dispatch.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/platform/Dispatch.h"
 #include "tests/jtk/ElementFixture.h"
+
+using namespace jtk;
 
 namespace {
 

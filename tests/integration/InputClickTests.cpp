@@ -4,13 +4,14 @@
 #include <chrono>
 
 #include "InputFixture.h"
-#include "JTK/input/JTKEventPosting.h"
+#include "input/JTKEventPosting.h"
+
+using namespace jtk;
 
 namespace {
 
 using platform::EventType;
 using platform::Point;
-using namespace platform::eventFlags;
 
 class InputClickTest : public InputFixture {
 protected:

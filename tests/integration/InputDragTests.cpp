@@ -1,8 +1,10 @@
 // Drags through the real window server and routing: the stream of dragged
 // events point by point, its ends, and a slider that follows it.
 #include "InputFixture.h"
-#include "JTK/input/JTKEventPosting.h"
-#include "desktop/controls/Slider.h"
+#include "input/JTKEventPosting.h"
+#include "JTK/desktop/controls/Slider.h"
+
+using namespace jtk;
 
 namespace {
 

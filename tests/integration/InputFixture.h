@@ -13,16 +13,18 @@
 #include <vector>
 
 #include "JTK/JTKElement.h"
-#include "JTK/JTKMainThread.h"
+#include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/Application.h"
-#include "desktop/RunLoop.h"
-#include "desktop/Screens.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "desktop/WindowServer.h"
-#include "platform/Events.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/Screens.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/WindowServer.h"
+#include "JTK/platform/Events.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 class InputFixture : public ::testing::Test {
 protected:

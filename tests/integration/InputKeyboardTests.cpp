@@ -4,12 +4,13 @@
 #include <unistd.h>
 
 #include "InputFixture.h"
-#include "desktop/controls/TextField.h"
+#include "JTK/desktop/controls/TextField.h"
+
+using namespace jtk;
 
 namespace {
 
 using platform::EventType;
-using namespace platform::eventFlags;
 
 class InputKeyboardTest : public InputFixture {
 protected:

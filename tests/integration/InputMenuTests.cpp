@@ -10,12 +10,14 @@
 #include <fstream>
 
 #include "InputFixture.h"
-#include "JTK/input/JTKEventPosting.h"
-#include "desktop/Menu.h"
-#include "desktop/MenuItem.h"
-#include "desktop/controls/PopUpButton.h"
-#include "platform/Dispatch.h"
-#include "platform/Notifications.h"
+#include "input/JTKEventPosting.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/MenuItem.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Notifications.h"
+
+using namespace jtk;
 
 namespace {
 

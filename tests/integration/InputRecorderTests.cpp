@@ -4,7 +4,9 @@
 #include <mutex>
 
 #include "InputFixture.h"
-#include "desktop/controls/Button.h"
+#include "JTK/desktop/controls/Button.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -3,8 +3,10 @@
 #include <atomic>
 
 #include "InputFixture.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/ScrollView.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ScrollView.h"
+
+using namespace jtk;
 
 namespace {
 

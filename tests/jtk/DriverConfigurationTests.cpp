@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "JTK/JTKRegistry.h"
-#include "JTK/JTKRunConfiguration.h"
+#include "run/JTKRunConfiguration.h"
+
+using namespace jtk;
 
 using platform::Value;
 using platform::ValueDictionary;
@@ -119,8 +121,8 @@ TEST(DriverRegistry, ordersByFileThenLineAndRemovesByFile) {
         if (m.file.starts_with("zz-driver-registry-")) ours.push_back(m.name);
     }
     EXPECT_EQ(ours, (std::vector<std::string>{"testFirst", "testSecond", "testLate"}));
-    JTKRegistry::removeFile("zz-driver-registry-a.cpp");
-    JTKRegistry::removeFile("zz-driver-registry-b.cpp");
+    removeRegisteredMethods("zz-driver-registry-a.cpp");
+    removeRegisteredMethods("zz-driver-registry-b.cpp");
     for (const auto& m : JTKRegistry::methods()) EXPECT_FALSE(m.file.starts_with("zz-driver-registry-"));
 }
 

@@ -11,7 +11,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "JTK/JTKShell.h"
+#include "run/JTKShell.h"
+
+using namespace jtk;
 
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;

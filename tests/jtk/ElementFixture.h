@@ -11,13 +11,15 @@
 #include <utility>
 
 #include "JTK/JTKElement.h"
-#include "JTK/JTKMainThread.h"
-#include "desktop/Application.h"
-#include "desktop/RunLoop.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "platform/Value.h"
+#include "run/JTKMainThread.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/platform/Value.h"
 #include "tests/support/TestQueue.h"
+
+using namespace jtk;
 
 class ElementFixture : public ::testing::Test {
 protected:

@@ -4,8 +4,10 @@
 
 #include "ElementFixture.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/controls/Box.h"
-#include "desktop/controls/Button.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+
+using namespace jtk;
 
 namespace {
 

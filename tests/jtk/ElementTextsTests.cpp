@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "ElementFixture.h"
-#include "JTK/JTKViewTexts.h"
-#include "desktop/controls/Box.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/ImageView.h"
-#include "desktop/controls/Label.h"
-#include "desktop/controls/TextField.h"
+#include "elements/JTKViewTexts.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ImageView.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/TextField.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -3,7 +3,9 @@
 
 #include <deque>
 
-#include "JTK/JTKIdleWait.h"
+#include "input/JTKIdleWait.h"
+
+using namespace jtk;
 
 namespace {
 

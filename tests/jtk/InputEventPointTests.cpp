@@ -2,8 +2,10 @@
 // screen that contains the point, with the platform's edge rule.
 #include <gtest/gtest.h>
 
-#include "JTK/input/JTKEventPosting.h"
-#include "desktop/Screens.h"
+#include "input/JTKEventPosting.h"
+#include "JTK/desktop/Screens.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "JTK/JTKTestSuite.h"
-#include "JTK/input/JTKKeyStrokes.h"
-#include "platform/Events.h"
+#include "input/JTKKeyStrokes.h"
+#include "JTK/platform/Events.h"
+
+using namespace jtk;
 
 namespace {
 

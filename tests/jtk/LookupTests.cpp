@@ -6,9 +6,11 @@
 
 #include "ElementFixture.h"
 #include "JTK/JTKClass.h"
-#include "JTK/JTKLookup.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/TextField.h"
+#include "elements/JTKLookup.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/TextField.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -3,7 +3,9 @@
 
 #include "ElementFixture.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/controls/Button.h"
+#include "JTK/desktop/controls/Button.h"
+
+using namespace jtk;
 
 namespace {
 

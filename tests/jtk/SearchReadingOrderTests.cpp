@@ -5,9 +5,11 @@
 #include <limits>
 
 #include "ElementFixture.h"
-#include "JTK/JTKReadingOrder.h"
+#include "elements/JTKReadingOrder.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/controls/Label.h"
+#include "JTK/desktop/controls/Label.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -5,10 +5,12 @@
 #include "ElementFixture.h"
 #include "JTK/JTKClass.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/controls/Box.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/ImageView.h"
-#include "desktop/controls/Label.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ImageView.h"
+#include "JTK/desktop/controls/Label.h"
+
+using namespace jtk;
 
 namespace {
 

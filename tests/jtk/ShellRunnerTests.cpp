@@ -4,7 +4,9 @@
 
 #include <chrono>
 
-#include "JTK/JTKShell.h"
+#include "run/JTKShell.h"
+
+using namespace jtk;
 
 using Lines = std::vector<std::string>;
 

@@ -10,8 +10,10 @@
 #include <fstream>
 
 #include "JTK/JTKTestSuite.h"
-#include "platform/Application.h"
-#include "platform/UserDefaults.h"
+#include "JTK/platform/Application.h"
+#include "JTK/platform/UserDefaults.h"
+
+using namespace jtk;
 
 namespace fs = std::filesystem;
 

@@ -18,16 +18,18 @@
 #include <string>
 
 #include "JTK/JTKClass.h"
-#include "JTK/JTKConsole.h"
-#include "JTK/JTKMainThread.h"
+#include "run/JTKConsole.h"
+#include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/Application.h"
-#include "desktop/RunLoop.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "desktop/controls/Button.h"
-#include "desktop/controls/ImageView.h"
-#include "platform/Dispatch.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ImageView.h"
+#include "JTK/platform/Dispatch.h"
+
+using namespace jtk;
 
 namespace fs = std::filesystem;
 

@@ -6,12 +6,14 @@
 #include <memory>
 
 #include "JTK/JTKElement.h"
-#include "JTK/JTKMainThread.h"
+#include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"
-#include "desktop/Application.h"
-#include "desktop/View.h"
-#include "desktop/Window.h"
-#include "platform/Dispatch.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/View.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/platform/Dispatch.h"
+
+using namespace jtk;
 
 int main(int argc, char** argv) {
     if (argc < 2) {

@@ -20,16 +20,18 @@
 #include <string>
 #include <thread>
 
-#include "JTK/JTKConsole.h"
-#include "JTK/JTKProcessEnd.h"
-#include "JTK/JTKRecorderController.h"
+#include "run/JTKConsole.h"
+#include "run/JTKProcessEnd.h"
+#include "recorder/JTKRecorderController.h"
 #include "JTK/JTKRegistry.h"
 #include "JTK/JTKTestSuite.h"
-#include "JTK/JTKViewTexts.h"
-#include "desktop/Application.h"
-#include "desktop/ProcessInfo.h"
-#include "platform/Dispatch.h"
-#include "platform/Notifications.h"
+#include "elements/JTKViewTexts.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Notifications.h"
+
+using namespace jtk;
 
 namespace {
 

@@ -6,8 +6,10 @@
 #include <string>
 #include <utility>
 
-#include "desktop/Application.h"
-#include "desktop/Window.h"
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/Window.h"
+
+using namespace jtk;
 
 namespace testsupport {
 

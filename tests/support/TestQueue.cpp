@@ -4,8 +4,10 @@
 
 #include <atomic>
 
-#include "desktop/RunLoop.h"
-#include "platform/Dispatch.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/platform/Dispatch.h"
+
+using namespace jtk;
 
 namespace testsupport {
 

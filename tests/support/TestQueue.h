@@ -4,6 +4,7 @@
 
 #include <functional>
 
+
 namespace testsupport {
 
 // Runs body on a fresh serial queue and services the main run loop meanwhile.

@@ -1,4 +1,0 @@
-#include "JTKScreenshotCapture.h"
-
-// Capturing comes with the screenshot store; until then a capture takes none.
-void JTKScreenshotCapture::captureScreenshots(const std::string& /*testTag*/) {}

@@ -1,0 +1,63 @@
+#include "elements/JTKLookup.h"
+
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+#include <unicode/ustring.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "run/JTKMainThread.h"
+#include "elements/JTKViewTexts.h"
+
+namespace jtk {
+
+namespace {
+
+bool isAscii(const std::string& text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// UTF-16 form of text, or nothing when text is not well-formed UTF-8 (ICU's
+// lenient decoder would turn different broken texts into equal replacement
+// characters).
+std::optional<icu::UnicodeString> decodeStrict(const std::string& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    int32_t length = 0;
+    u_strFromUTF8(nullptr, 0, &length, text.data(), static_cast<int32_t>(text.size()), &status);
+    if (status != U_BUFFER_OVERFLOW_ERROR && U_FAILURE(status)) return std::nullopt;
+    icu::UnicodeString result;
+    if (length == 0) return result;
+    status = U_ZERO_ERROR;
+    UChar* buffer = result.getBuffer(length);
+    u_strFromUTF8(buffer, length, &length, text.data(), static_cast<int32_t>(text.size()), &status);
+    result.releaseBuffer(U_SUCCESS(status) ? length : 0);
+    if (U_FAILURE(status)) return std::nullopt;
+    return result;
+}
+
+}  // namespace
+
+bool jtkTextEquals(const std::string& a, const std::string& b) {
+    if (a == b) return true;
+    // ASCII text is already in normal form; two different ASCII texts differ.
+    // (A non-ASCII text may still decompose to ASCII, such as the Kelvin sign.)
+    if (isAscii(a) && isAscii(b)) return false;
+    if (a.size() > static_cast<size_t>(INT32_MAX) || b.size() > static_cast<size_t>(INT32_MAX)) return false;
+    auto ua = decodeStrict(a);
+    auto ub = decodeStrict(b);
+    if (!ua || !ub) return false;  // byte comparison already failed
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* nfd = icu::Normalizer2::getNFDInstance(status);
+    if (U_FAILURE(status)) return false;
+    icu::UnicodeString na = nfd->normalize(*ua, status);
+    icu::UnicodeString nb = nfd->normalize(*ub, status);
+    return U_SUCCESS(status) && na == nb;
+}
+
+bool jtkPassesTypeRule(const std::shared_ptr<platform::View>& view, const JTKClass& type) {
+    if (!view) return false;
+    return jtkTextEquals(viewTypeName(view), type.name);
+}
+
+}  // namespace jtk

@@ -1,0 +1,50 @@
+#include "elements/JTKViewTexts.h"
+
+#include "run/JTKMainThread.h"
+
+namespace jtk {
+
+namespace {
+
+// The text result of an argument-less method the view may implement by name.
+std::string textOfMethod(platform::View& view, const char* selector) {
+    if (!view.respondsToSelector(selector)) return {};
+    platform::Value result = view.performSelector(selector);
+    const std::string* text = result.text();
+    return text ? *text : std::string();
+}
+
+}  // namespace
+
+std::string viewName(const std::shared_ptr<platform::View>& view) {
+    if (!view) return {};
+    return jtkOnMainThread([&] { return textOfMethod(*view, "hbViewName"); });
+}
+
+std::string viewValue(const std::shared_ptr<platform::View>& view) {
+    if (!view) return {};
+    return jtkOnMainThread([&]() -> std::string {
+        if (view->respondsToSelector("hbViewValue")) {
+            platform::Value result = view->performSelector("hbViewValue");
+            if (const std::string* text = result.text()) return *text;
+            if (result.isNumber()) return result.numberDescription();
+        }
+        // Only the view's own value method turns numbers into text; a slider's
+        // numeric accessibility value gives the empty text.
+        platform::Value accessibility = view->accessibilityValue();
+        const std::string* text = accessibility.text();
+        return text ? *text : std::string();
+    });
+}
+
+std::string viewTitle(const std::shared_ptr<platform::View>& view) {
+    if (!view) return {};
+    return jtkOnMainThread([&] { return textOfMethod(*view, "title"); });
+}
+
+std::string viewTypeName(const std::shared_ptr<platform::View>& view) {
+    if (!view) return {};
+    return jtkOnMainThread([&] { return view->className(); });
+}
+
+}  // namespace jtk

@@ -1,0 +1,36 @@
+// How typed text becomes key strokes: the text split into user-perceived
+// characters (extended grapheme clusters), and for each one the key code,
+// flags and, for characters without a key of their own, the text it carries.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace jtk {
+
+struct JTKKeyStroke {
+    uint16_t keyCode = 0;
+    uint64_t flags = 0;
+    // Empty for a character typed by its key; else the character itself.
+    std::string unicodeText;
+    bool operator==(const JTKKeyStroke&) const = default;
+};
+
+// The 29 characters that have a key of their own (US ANSI positions).
+const std::map<std::string, uint16_t>& jtkKeyCodeTable();
+
+// The extended grapheme clusters of a UTF-8 text, in order. Malformed UTF-8
+// comes out as U+FFFD, one per bad sequence.
+std::vector<std::string> jtkCharacters(const std::string& text);
+
+// The full lower-case mapping of a UTF-8 text (root locale).
+std::string jtkLowercase(const std::string& text);
+
+// A character found in the key table (through its lower case) is its key,
+// with shift when lower-casing changed it; any other character is typed by
+// key code 0 without flags, carrying the character as its text.
+JTKKeyStroke jtkKeyStrokeForCharacter(const std::string& character);
+
+}  // namespace jtk

@@ -1,0 +1,23 @@
+// The ends of a run. Whatever ends it (the final alert, its timer, endTests,
+// a time-out, a fatal stop, a termination signal), the user's data is put back
+// first, and only the first end goes on to end the process: a second end
+// that races it waits for the process to go.
+#pragma once
+
+#include <string>
+
+namespace jtk {
+
+// Restores the user's Application Support data and ends the process with status.
+[[noreturn]] void jtkRestoreAndExit(int status);
+
+// True while this process has moved the user's data aside and not yet put it back.
+bool jtkDataMovedAside();
+// Puts the user's data back when this process moved it aside; else does nothing.
+void jtkRestoreIfMovedAside();
+
+// From the first call on, SIGINT and SIGTERM restore the user's data (when it
+// is aside) and end the process with status 128 + signal. Idempotent.
+void jtkWatchTerminationSignals();
+
+}  // namespace jtk

@@ -1,0 +1,7 @@
+# The libraries JTK is built on. The installed package config finds the same
+# ones (JTKConfig.cmake.in), so keep the two lists in step.
+find_package(Threads REQUIRED)
+find_package(ICU REQUIRED COMPONENTS uc i18n)
+find_package(nlohmann_json 3 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET GLOBAL libplist-2.0)

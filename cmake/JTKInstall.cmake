@@ -1,0 +1,1 @@
+# install rules: see below

@@ -1,0 +1,72 @@
+// The field editor: the one text object per window that edits whichever text
+// field the user is typing into. While a field is being edited the editor is
+// the window's first responder and lives, hidden, inside the field (so it is
+// in the window but out of hit tests, view walks and drawing; the field draws
+// its own text, which the editor keeps up to date after every change).
+// It posts textDidBeginEditing, textDidChange (after each change) and
+// textDidEndEditing, each with the edited field as object and the editor in
+// the user info under "FieldEditor".
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "JTK/desktop/View.h"
+
+namespace jtk::desktop {
+
+class TextField;
+class Window;
+
+inline constexpr const char* textDidBeginEditingNotification = "TextDidBeginEditingNotification";
+inline constexpr const char* textDidChangeNotification = "TextDidChangeNotification";
+inline constexpr const char* textDidEndEditingNotification = "TextDidEndEditingNotification";
+
+class FieldEditor : public View {
+public:
+    // Why editing ended; in the end notification's user info under "TextMovement".
+    enum class TextMovement : int { other = 0, returnKey = 1, tab = 2 };
+
+    FieldEditor();
+    // The window's field editor, made on first use.
+    static std::shared_ptr<FieldEditor> forWindow(const std::shared_ptr<Window>& window);
+
+    // Ends any editing in the field's window and starts editing the field,
+    // with the insertion point at the end of its text. False when the field is
+    // in no window or does not take the keys.
+    bool beginEditing(const std::shared_ptr<TextField>& field);
+    bool isEditing() const { return editing_; }
+    std::shared_ptr<TextField> editedField() const;
+
+    const std::string& string() const { return text_; }
+    // Byte offset of the insertion point in string().
+    size_t insertionPoint() const { return caret_; }
+    void insertText(const std::string& text);
+    // Removes the character before the insertion point.
+    void deleteBackward();
+    void moveLeft();
+    void moveRight();
+
+    // Return ends editing and gives the keys back to the window; Tab ends it
+    // and moves on to the field's next key view; Delete deletes backward; the
+    // arrows move; other keys insert what they type (see charactersOfEvent).
+    void keyDown(const platform::Event& event) override;
+    bool acceptsFirstResponder() const override { return true; }
+    // Giving up the keys ends editing.
+    bool resignFirstResponder() override;
+
+private:
+    void finishEditing();
+    void syncWithField(const TextField& field);
+    void textDidChange();
+    void moveToNextKeyView();
+    std::shared_ptr<FieldEditor> sharedEditor() { return std::static_pointer_cast<FieldEditor>(shared_from_this()); }
+
+    std::weak_ptr<TextField> field_;
+    std::string text_;
+    size_t caret_ = 0;
+    bool editing_ = false;
+    TextMovement movement_ = TextMovement::other;
+};
+
+}  // namespace jtk::desktop

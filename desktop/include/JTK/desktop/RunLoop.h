@@ -1,0 +1,88 @@
+// The main thread's run loop: the main queue (serviced in every mode), timers
+// with modes, and the application's event queue. Modes nest: a modal alert or
+// a menu's tracking loop runs the loop again in its own mode, and main-queue
+// work still reaches the main thread meanwhile.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "JTK/platform/Events.h"
+#include "JTK/platform/RunLoop.h"
+
+namespace jtk::desktop {
+
+using Clock = std::chrono::steady_clock;
+using platform::RunLoopMode;
+
+class RunLoop {
+public:
+    using EventHandler = std::function<void(std::shared_ptr<platform::Event>)>;
+
+    static RunLoop& main();
+
+    // The thread that runs the loop; the thread that first asked for main(),
+    // unless another adopts the role before the loop runs.
+    void adoptCurrentThreadAsMain();
+    bool isMainThread() const;
+
+    // Main queue: work run on the main thread in whatever mode the loop runs.
+    void perform(std::function<void()> work);
+    std::shared_ptr<platform::Timer> addTimer(double interval, bool repeats, std::function<void(platform::Timer&)> fire,
+                                              bool commonModes);
+
+    // Events reach the handler on the main thread, in every mode, one at a time.
+    void setEventHandler(EventHandler handler);
+    void enqueueEvent(std::shared_ptr<platform::Event> event);
+
+    // Runs the loop in a mode until stop() is called for this level, the
+    // predicate (checked after every piece of work) holds, or the deadline passes.
+    void runMode(RunLoopMode mode, std::optional<Clock::time_point> deadline = std::nullopt,
+                 const std::function<bool()>& until = {});
+    // Runs in the default mode until stop().
+    void run() { runMode(RunLoopMode::defaultMode); }
+    // Runs in the default mode for a while; for tests and start-up.
+    void runFor(double seconds) { runMode(RunLoopMode::defaultMode, Clock::now() + toDuration(seconds)); }
+    // Ends the innermost running level (main thread only).
+    void stop();
+    // Makes a waiting loop look at its predicate again (any thread).
+    void wakeUp() { perform([] {}); }
+    std::optional<RunLoopMode> currentMode() const;
+
+    static Clock::duration toDuration(double seconds) {
+        return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+    }
+
+private:
+    struct TimerImpl;
+    RunLoop();
+    bool runOneTask();
+    bool fireOneTimer(RunLoopMode mode);
+    bool dispatchOneEvent();
+    void waitForWork(RunLoopMode mode, std::optional<Clock::time_point> deadline);
+
+    mutable std::mutex mutex_;
+    std::condition_variable wake_;
+    std::thread::id mainThread_;
+    std::deque<std::function<void()>> tasks_;
+    std::deque<std::shared_ptr<platform::Event>> events_;
+    std::vector<std::shared_ptr<TimerImpl>> timers_;
+    // Bumped when a timer is added, so a loop already waiting recomputes its wake time.
+    uint64_t timerGeneration_ = 0;
+    EventHandler eventHandler_;
+    // Main-thread only: one stop flag and mode per running level.
+    struct Level {
+        RunLoopMode mode;
+        bool stopped = false;
+    };
+    std::vector<Level*> levels_;
+};
+
+}  // namespace jtk::desktop

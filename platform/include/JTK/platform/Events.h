@@ -1,0 +1,95 @@
+// Low-level input events as the window server takes them: event sources with
+// the HID system state, mouse and keyboard events whose fields can be changed
+// and posted again, posting to the HID tap or to one process, and the cursor.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "JTK/platform/Geometry.h"
+
+namespace jtk::platform {
+
+enum class EventType : uint32_t {
+    null = 0,
+    leftMouseDown = 1,
+    leftMouseUp = 2,
+    rightMouseDown = 3,
+    rightMouseUp = 4,
+    mouseMoved = 5,
+    leftMouseDragged = 6,
+    keyDown = 10,
+    keyUp = 11,
+    flagsChanged = 12,
+    scrollWheel = 22,
+};
+
+// Event mask bit of a type, for monitors.
+constexpr uint64_t eventMaskBit(EventType type) { return uint64_t{1} << static_cast<uint32_t>(type); }
+constexpr uint64_t anyEventMask = ~uint64_t{0};
+
+namespace eventFlags {
+inline constexpr uint64_t shift = 0x20000;
+inline constexpr uint64_t control = 0x40000;
+inline constexpr uint64_t alternate = 0x80000;
+inline constexpr uint64_t command = 0x100000;
+inline constexpr uint64_t deviceIndependentMask = 0xffff0000;
+}  // namespace eventFlags
+
+enum class EventSourceState : int32_t { privateState = -1, combinedSessionState = 0, hidSystemState = 1 };
+enum class EventTap : uint32_t { hid = 0, session = 1 };
+enum class MouseButton : uint32_t { left = 0, right = 1 };
+enum class EventField : uint32_t { mouseEventClickState = 1 };
+
+inline constexpr uint16_t noKeyCode = 0xFFFF;
+
+struct EventSource {
+    EventSourceState state = EventSourceState::hidSystemState;
+};
+
+// A mutable event object. Location is global, y growing downwards from the
+// top of the main screen. A keyboard event may carry the text it types.
+struct Event {
+    EventType type = EventType::null;
+    Point location;
+    MouseButton button = MouseButton::left;
+    int64_t clickState = 0;
+    uint64_t flags = 0;
+    uint16_t keyCode = 0;
+    std::string unicodeText;
+    int64_t windowNumber = 0;  // set by delivery
+    double scrollDeltaY = 0;
+
+    void setIntegerField(EventField field, int64_t value) {
+        if (field == EventField::mouseEventClickState) clickState = value;
+    }
+    int64_t integerField(EventField field) const {
+        return field == EventField::mouseEventClickState ? clickState : 0;
+    }
+};
+
+// Creation may fail (null), as the platform's may.
+std::shared_ptr<EventSource> createEventSource(EventSourceState state);
+// A new event starts with the modifier flags the source's state holds now.
+std::shared_ptr<Event> createMouseEvent(const std::shared_ptr<EventSource>& source, EventType type, Point location,
+                                        MouseButton button);
+std::shared_ptr<Event> createKeyboardEvent(const std::shared_ptr<EventSource>& source, uint16_t keyCode, bool keyDown);
+// Sets the text a keyboard event types (for characters without a key of their own).
+void keyboardEventSetUnicodeString(Event& event, const std::string& text);
+
+// Mouse and flags-changed events posted here move the cursor and set the
+// button and modifier state, then reach the application.
+void postEvent(EventTap tap, const Event& event);
+// Keyboard events posted to one process.
+void postEventToPid(int pid, const Event& event);
+
+uint32_t mainDisplayID();
+// Moves the cursor to an event point; posts no event.
+void moveCursorToPoint(uint32_t displayID, Point eventPoint);
+// Cursor position in screen coordinates (origin bottom left of the main screen, y up).
+Point mouseLocation();
+// Modifier flags the HID system state holds now.
+uint64_t currentModifierFlags();
+
+}  // namespace jtk::platform

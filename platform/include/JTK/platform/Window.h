@@ -1,0 +1,27 @@
+// A window: a frame view whose only subview is the content view.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "JTK/platform/Geometry.h"
+#include "JTK/platform/Object.h"
+
+namespace jtk::platform {
+
+class View;
+
+class Window : public Object {
+public:
+    virtual std::shared_ptr<View> contentView() const = 0;
+    virtual std::shared_ptr<View> frameView() const = 0;
+    virtual std::string title() const = 0;
+    // Frame on screen (origin bottom left of the main screen, y up).
+    virtual Rect frame() const = 0;
+    virtual Rect convertRectToScreen(const Rect& rect) const = 0;
+    virtual void makeKeyAndOrderFront() = 0;
+    virtual bool isVisible() const = 0;
+    virtual bool isKeyWindow() const = 0;
+};
+
+}  // namespace jtk::platform
