@@ -1,5 +1,6 @@
 # The libraries JTK is built on. The installed package config finds the same
-# ones (JTKConfig.cmake.in), so keep the two lists in step.
+# ones (JTKConfig.cmake.in), so keep the two lists in step; nlohmann_json is
+# header-only and private to the build, so the package config leaves it out.
 find_package(Threads REQUIRED)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(nlohmann_json 3 REQUIRED)

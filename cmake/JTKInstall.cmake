@@ -1,1 +1,65 @@
-# install rules: see below
+# Install rules and package files. A consumer finds the installed package with
+#   find_package(JTK 0.3 REQUIRED)   →  JTK::JTK, JTK::jtk, JTK::desktop, JTK::platform
+# or with pkg-config (jtk.pc), which links the same static libraries.
+include(CMakePackageConfigHelpers)
+
+set(JTK_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/JTK" CACHE STRING
+    "Where the installed package config files go, relative to the install prefix")
+set(JTK_INSTALL_PKGCONFIGDIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig" CACHE STRING
+    "Where the installed pkg-config file goes, relative to the install prefix")
+mark_as_advanced(JTK_INSTALL_CMAKEDIR JTK_INSTALL_PKGCONFIGDIR)
+
+install(TARGETS jtk_platform jtk_desktop jtk jtk_all
+  EXPORT JTKTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+# The three public header trees share one root: <JTK/JTK.h>, <JTK/platform/...>,
+# <JTK/desktop/...>. The internals under JTK/src never leave the tree.
+install(DIRECTORY
+    ${PROJECT_SOURCE_DIR}/JTK/include/
+    ${PROJECT_SOURCE_DIR}/platform/include/
+    ${PROJECT_SOURCE_DIR}/desktop/include/
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING PATTERN "*.h")
+
+install(EXPORT JTKTargets
+  NAMESPACE JTK::
+  FILE JTKTargets.cmake
+  DESTINATION ${JTK_INSTALL_CMAKEDIR})
+
+configure_package_config_file(
+  ${CMAKE_CURRENT_LIST_DIR}/JTKConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/JTKConfig.cmake
+  INSTALL_DESTINATION ${JTK_INSTALL_CMAKEDIR})
+
+# Before 1.0 a minor version may break the interface, so 0.3 accepts 0.3.x only.
+write_basic_package_version_file(
+  ${PROJECT_BINARY_DIR}/JTKConfigVersion.cmake
+  VERSION ${PROJECT_VERSION}
+  COMPATIBILITY SameMinorVersion)
+
+install(FILES
+    ${PROJECT_BINARY_DIR}/JTKConfig.cmake
+    ${PROJECT_BINARY_DIR}/JTKConfigVersion.cmake
+  DESTINATION ${JTK_INSTALL_CMAKEDIR})
+
+# The pkg-config file finds its prefix from where it lies, so an install moved
+# elsewhere (cmake --install --prefix, a staging DESTDIR) still points at itself.
+if(IS_ABSOLUTE "${JTK_INSTALL_PKGCONFIGDIR}")
+  set(JTK_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+else()
+  file(RELATIVE_PATH jtk_pc_up "/root/${JTK_INSTALL_PKGCONFIGDIR}" "/root")
+  string(REGEX REPLACE "/$" "" jtk_pc_up "${jtk_pc_up}")
+  set(JTK_PC_PREFIX "\${pcfiledir}/${jtk_pc_up}")
+endif()
+foreach(kind LIBDIR INCLUDEDIR)
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_${kind}}")
+    set(JTK_PC_${kind} "${CMAKE_INSTALL_${kind}}")
+  else()
+    set(JTK_PC_${kind} "\${prefix}/${CMAKE_INSTALL_${kind}}")
+  endif()
+endforeach()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/jtk.pc.in ${PROJECT_BINARY_DIR}/jtk.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/jtk.pc DESTINATION ${JTK_INSTALL_PKGCONFIGDIR})

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# The whole test suite: a normal build, then the same tests under
+# The whole test suite: a normal build, JTK as an installed and as an embedded
+# package (scripts/check-consumer.sh), then the same tests under
 # AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
-# JTK_QUICK=1 runs the normal build only.
+# JTK_QUICK=1 leaves out the sanitizer builds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -12,6 +13,8 @@ run() {
   (cd "$dir" && ctest --output-on-failure -j 2 --timeout 600)
 }
 run build
+echo "== package"
+scripts/check-consumer.sh
 if [ "${JTK_QUICK:-0}" != 1 ]; then
   export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
   export TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1
