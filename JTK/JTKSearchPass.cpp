@@ -34,9 +34,9 @@ JTKSearchPass JTKSearchPass::walk(const std::shared_ptr<platform::View>& view) {
 }
 
 void JTKSearchPass::addWalk(const std::shared_ptr<platform::View>& root) {
-    auto walked = jtkAllViews(root);
-    candidates_.reserve(candidates_.size() + walked.size());
-    for (auto& view : walked) add(std::move(view));
+    // No reserve here: a pass adds one walk per window, and reserving each
+    // walk's exact size would move the whole list once per window.
+    for (auto& view : jtkAllViews(root)) add(std::move(view));
 }
 
 void JTKSearchPass::add(std::shared_ptr<platform::View> view) {
