@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <typeinfo>
+#include <unordered_map>
 
 namespace jtk::platform {
 
@@ -31,12 +32,19 @@ std::string unqualifiedTypeName(const std::string& demangled) {
 }
 
 std::string Object::className() const {
-    const char* mangled = typeid(*this).name();
+    // A type's name never changes, and demangling allocates and parses, so
+    // each thread keeps the names it has worked out. This remembers facts
+    // about C++ types only, never anything about an object's state.
+    thread_local std::unordered_map<const std::type_info*, std::string> names;
+    const std::type_info& type = typeid(*this);
+    auto known = names.find(&type);
+    if (known != names.end()) return known->second;
+    const char* mangled = type.name();
     int status = 0;
     char* demangled = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
     std::string name = status == 0 && demangled ? demangled : mangled;
     std::free(demangled);
-    return unqualifiedTypeName(name);
+    return names.emplace(&type, unqualifiedTypeName(name)).first->second;
 }
 
 const Object::Method* Object::findMethod(const std::string& selector) const {

@@ -89,6 +89,11 @@ public:
     std::shared_ptr<platform::View> requireView(const char* operation) const;
 
 private:
+    friend class JTKSearchPass;
+    // For a search that has read the view's name and frame already.
+    JTKElement(std::shared_ptr<platform::View> view, std::string lookupDescription)
+        : view_(view), elementLookupDescription_(std::move(lookupDescription)) {}
+
     std::weak_ptr<platform::View> view_;
     std::string elementLookupDescription_;
 };

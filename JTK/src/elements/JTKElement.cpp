@@ -6,6 +6,7 @@
 #include "run/JTKMainThread.h"
 #include "run/JTKProcessEnd.h"
 #include "elements/JTKReadingOrder.h"
+#include "elements/JTKSearchPass.h"
 #include "elements/JTKViewTexts.h"
 #include "JTK/platform/Window.h"
 
@@ -29,9 +30,7 @@ JTKElement::JTKElement(std::shared_ptr<platform::View> view) : view_(view) {
     // empty and every operation that needs the view stops the run.
     if (!view) return;
     std::string name = viewName(view);
-    platform::Point centre = frameCenterOnScreen();
-    elementLookupDescription_ =
-        name + std::to_string(jtkTruncatedCoordinate(centre.x)) + std::to_string(jtkTruncatedCoordinate(centre.y));
+    elementLookupDescription_ = jtkDefaultLookupDescription(name, frameCenterOnScreen());
 }
 
 std::shared_ptr<platform::View> JTKElement::requireView(const char* operation) const {
@@ -103,34 +102,20 @@ platform::Point JTKElement::frameCenterOnScreen() const {
 bool JTKElement::matchesLookup(const std::string& lookup) const {
     return jtkOnMainThread([&] {
         auto view = requireView("matchesLookup");
-        // Each text is computed only when the ones before it did not match.
-        bool matches = jtkTextEquals(viewName(view), lookup) || jtkTextEquals(elementLookupDescription_, lookup) ||
-                       jtkTextEquals(viewTitle(view), lookup) || jtkTextEquals(viewTypeName(view), lookup) ||
-                       jtkTextEquals(viewValue(view), lookup);
-        return matches && !view->isHidden();
+        return jtkViewMatchesLookup(*view, jtkReadViewName(*view), elementLookupDescription_, lookup);
     });
 }
 
 std::vector<JTKElement> JTKElement::subElements(const std::string& lookup) const {
-    auto candidates = jtkOnMainThread([&] { return wrap(jtkAllViews(requireView("subElements"))); });
-    // Each candidate is tested in its own step; one whose view went away in
-    // between is no longer a match.
-    std::vector<JTKElement> matches;
-    for (auto& candidate : candidates) {
-        bool keep = jtkOnMainThread([&] { return candidate.view() && candidate.matchesLookup(lookup); });
-        if (keep) matches.push_back(std::move(candidate));
-    }
-    return matches;
+    // The whole search is one main-thread step: the subtree is walked, read
+    // and tested at one moment.
+    return jtkOnMainThread([&] { return JTKSearchPass::walk(requireView("subElements")).matches(lookup); });
 }
 
 JTKElement JTKElement::subElement(const std::string& lookup) const {
-    auto first = jtkOnMainThread([&]() -> std::optional<JTKElement> {
-        for (auto& candidate : wrap(jtkAllViews(requireView("subElement"))))
-            if (candidate.matchesLookup(lookup)) return candidate;
-        return std::nullopt;
-    });
-    if (!first) jtkFatalStop("subElement matching \"" + lookup + "\" doesn't exist", elementLocation);
-    return *first;
+    auto first = jtkOnMainThread([&] { return JTKSearchPass::walk(requireView("subElement")).matches(lookup, {}, 1); });
+    if (first.empty()) jtkFatalStop("subElement matching \"" + lookup + "\" doesn't exist", elementLocation);
+    return first.front();
 }
 
 std::vector<JTKElement> JTKElement::subElementsWithType(std::optional<JTKClass> type) const {

@@ -60,4 +60,12 @@ bool jtkPassesTypeRule(const std::shared_ptr<platform::View>& view, const JTKCla
     return jtkTextEquals(viewTypeName(view), type.name);
 }
 
+bool jtkViewMatchesLookup(platform::View& view, const std::string& name, const std::string& lookupDescription,
+                          const std::string& lookup) {
+    bool matches = jtkTextEquals(name, lookup) || jtkTextEquals(lookupDescription, lookup) ||
+                   jtkTextEquals(jtkReadViewTitle(view), lookup) || jtkTextEquals(jtkReadViewTypeName(view), lookup) ||
+                   jtkTextEquals(jtkReadViewValue(view), lookup);
+    return matches && !view.isHidden();
+}
+
 }  // namespace jtk

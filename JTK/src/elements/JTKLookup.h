@@ -20,4 +20,11 @@ bool jtkTextEquals(const std::string& a, const std::string& b);
 // of a subclass does not pass for its superclass. One main-thread step.
 bool jtkPassesTypeRule(const std::shared_ptr<platform::View>& view, const JTKClass& type);
 
+// The lookup rule for a view whose name the caller has read: the name, the
+// element's lookup description, then the title, the type name and the value,
+// each read only when the ones before did not match; a hidden view never
+// matches. Runs on the main thread (the caller's step).
+bool jtkViewMatchesLookup(platform::View& view, const std::string& name, const std::string& lookupDescription,
+                          const std::string& lookup);
+
 }  // namespace jtk

@@ -40,13 +40,15 @@ ViewList jtkAllViews(const std::shared_ptr<platform::View>& view) {
     });
 }
 
+platform::Rect jtkReadScreenFrame(const platform::View& view) {
+    platform::Rect inWindow = view.convertRectToWindow(view.bounds());
+    auto window = view.window();
+    return window ? window->convertRectToScreen(inWindow) : platform::Rect{};
+}
+
 platform::Rect jtkScreenFrame(const std::shared_ptr<platform::View>& view) {
     if (!view) return {};
-    return jtkOnMainThread([&] {
-        platform::Rect inWindow = view->convertRectToWindow(view->bounds());
-        auto window = view->window();
-        return window ? window->convertRectToScreen(inWindow) : platform::Rect{};
-    });
+    return jtkOnMainThread([&] { return jtkReadScreenFrame(*view); });
 }
 
 int64_t jtkTruncatedCoordinate(double value, int64_t nanValue) {
@@ -58,41 +60,50 @@ int64_t jtkTruncatedCoordinate(double value, int64_t nanValue) {
     return static_cast<int64_t>(value);  // the conversion truncates toward zero
 }
 
+std::vector<size_t> jtkReadingOrder(const std::vector<platform::Rect>& frames) {
+    std::vector<size_t> order(frames.size());
+    for (size_t index = 0; index < order.size(); ++index) order[index] = index;
+    // Highest top edge first.
+    std::stable_sort(order.begin(), order.end(),
+                     [&](size_t a, size_t b) { return topKey(frames[a].maxY()) > topKey(frames[b].maxY()); });
+
+    std::vector<size_t> sorted;
+    sorted.reserve(order.size());
+    auto rowStart = order.begin();
+    auto sortRow = [&](std::vector<size_t>::iterator end) {
+        std::stable_sort(rowStart, end,
+                         [&](size_t a, size_t b) { return leftKey(frames[a].minX()) < leftKey(frames[b].minX()); });
+        sorted.insert(sorted.end(), rowStart, end);
+    };
+    // A top edge that is not a number belongs to the lowest row.
+    constexpr int64_t lowest = std::numeric_limits<int64_t>::min();
+    int64_t key = 0;
+    for (auto it = order.begin(); it != order.end(); ++it) {
+        int64_t top = jtkTruncatedCoordinate(frames[*it].maxY(), lowest);
+        if (it == order.begin()) {
+            key = top;
+            continue;
+        }
+        // top <= key - 20, written so that neither side can overflow.
+        bool opensRow = key >= lowest + rowBand && top <= key - rowBand;
+        if (opensRow) {
+            sortRow(it);
+            rowStart = it;
+            key = top;
+        }
+    }
+    sortRow(order.end());
+    return sorted;
+}
+
 ViewList jtkSortedInReadingOrder(ViewList views) {
     return jtkOnMainThread([&] {
-        // Highest top edge first. The frames are converted again in every
-        // comparison: the order follows the live geometry, nothing is cached.
-        std::stable_sort(views.begin(), views.end(), [](const auto& a, const auto& b) {
-            return topKey(jtkScreenFrame(a).maxY()) > topKey(jtkScreenFrame(b).maxY());
-        });
-
+        std::vector<platform::Rect> frames;
+        frames.reserve(views.size());
+        for (const auto& view : views) frames.push_back(view ? jtkReadScreenFrame(*view) : platform::Rect{});
         ViewList sorted;
         sorted.reserve(views.size());
-        auto rowStart = views.begin();
-        auto sortRow = [&](ViewList::iterator end) {
-            std::stable_sort(rowStart, end, [](const auto& a, const auto& b) {
-                return leftKey(jtkScreenFrame(a).minX()) < leftKey(jtkScreenFrame(b).minX());
-            });
-            std::move(rowStart, end, std::back_inserter(sorted));
-        };
-        // A top edge that is not a number belongs to the lowest row.
-        constexpr int64_t lowest = std::numeric_limits<int64_t>::min();
-        int64_t key = 0;
-        for (auto it = views.begin(); it != views.end(); ++it) {
-            int64_t top = jtkTruncatedCoordinate(jtkScreenFrame(*it).maxY(), lowest);
-            if (it == views.begin()) {
-                key = top;
-                continue;
-            }
-            // top <= key - 20, written so that neither side can overflow.
-            bool opensRow = key >= lowest + rowBand && top <= key - rowBand;
-            if (opensRow) {
-                sortRow(it);
-                rowStart = it;
-                key = top;
-            }
-        }
-        sortRow(views.end());
+        for (size_t index : jtkReadingOrder(frames)) sorted.push_back(std::move(views[index]));
         return sorted;
     });
 }

@@ -3,7 +3,9 @@
 #include <thread>
 
 #include "run/JTKConsole.h"
+#include "run/JTKMainThread.h"
 #include "run/JTKRunEnd.h"
+#include "elements/JTKSearchPass.h"
 #include "JTK/JTKTestSuite.h"
 
 namespace jtk {
@@ -12,8 +14,10 @@ JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::option
     using Clock = std::chrono::steady_clock;
     constexpr auto pollInterval = std::chrono::microseconds(100000);
     const auto start = Clock::now();
-    auto count = elements(lookup, type).size();
-    while (count == 0) {
+    // Whether the count of matching elements is 0 is all the wait needs, so
+    // each poll stops at the first match.
+    bool found = elementExists(lookup, type);
+    while (!found) {
         // The elapsed time is tested before each sleep: the first search is
         // made at once, and the last may come up to one sleep after the timeout.
         // Written so that a timeout that is not a number gives up at once
@@ -26,13 +30,13 @@ JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::option
             jtkRestoreAndExit(0);
         }
         std::this_thread::sleep_for(pollInterval);
-        count = elements(lookup, type).size();
+        found = elementExists(lookup, type);
     }
     return element(lookup, type);
 }
 
 bool JTKTestSuite::elementExists(const std::string& lookup, std::optional<JTKClass> type) {
-    return !elements(lookup, type).empty();
+    return jtkOnMainThread([&] { return !JTKSearchPass::applicationElements().matches(lookup, type, 1).empty(); });
 }
 
 }  // namespace jtk
