@@ -1,0 +1,50 @@
+// A deflate compressor made for filtered PNG rows. Images compress mostly
+// through repeats at a few fixed distances: runs of one byte (flat areas
+// after filtering), the previous pixel and the row above; a small hash of
+// recent four-byte strings catches the rest (repeated glyphs). Looking only
+// there makes it several times faster than a general compressor at a
+// similar size on screen pictures.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace jtk::imaging::png {
+
+class BlockWriter;
+
+// Compresses a stream given piece by piece into a zlib stream (header,
+// deflate blocks, Adler-32) appended to `out`. The input lives in a window
+// of the last 32 KiB plus the pending piece, so memory stays small whatever
+// the image size. Rows are `rowStride` bytes apart, pixels `pixelBytes` wide.
+class PNGDeflater {
+public:
+    PNGDeflater(size_t pixelBytes, size_t rowStride, std::vector<uint8_t>& out);
+    ~PNGDeflater();
+    PNGDeflater(const PNGDeflater&) = delete;
+    PNGDeflater& operator=(const PNGDeflater&) = delete;
+
+    // Room for the next `length` input bytes, to be filled by the caller
+    // before the next call.
+    uint8_t* append(size_t length);
+    // Compresses what is left and ends the stream.
+    void finish();
+
+private:
+    void compressPending(bool last);
+
+    std::vector<uint8_t>& out_;
+    std::unique_ptr<BlockWriter> blocks_;
+    size_t candidates_[3];
+    std::vector<uint8_t> window_;
+    size_t filled_ = 0;     // bytes of window_ holding input
+    size_t compressed_ = 0; // bytes of window_ already turned into tokens
+    uint64_t windowStart_ = 0;  // stream offset of window_[0]
+    std::vector<uint32_t> recent_;  // stream offset + 1 of a recent string, by hash
+    uint32_t adler_ = 1;
+};
+
+}  // namespace jtk::imaging::png
