@@ -138,14 +138,18 @@ std::vector<uint8_t> differencePNGOf(const AnImage& accepted, const AnImage& new
     using Sample = SampleOf<AnImage>;
     if (differingPixels) *differingPixels = 0;
     if (!wellFormed(accepted) || !wellFormed(newImage) || !png::encodable(accepted.width, accepted.height)) return {};
-    uint64_t differing = 0;
-    std::vector<Sample> wideRow(sizeof(Sample) == 2 ? size_t{accepted.width} * 4 : 0);
+    // Per part of the encoder: counts and a 16-bit row of their own (part 2
+    // repeats a row of part 0, so its count is left out).
+    uint64_t differing[3] = {0, 0, 0};
+    std::vector<Sample> wideRows[3];
     auto bytes = png::encodeRows(accepted.width, accepted.height, sizeof(Sample) * 8,
-                                 [&](uint32_t y, uint8_t* buffer) -> const uint8_t* {
+                                 [&](uint32_t y, uint8_t* buffer, int part) -> const uint8_t* {
         if constexpr (sizeof(Sample) == 1) {
-            differing += compareRow(accepted, newImage, y, buffer);
+            differing[part] += compareRow(accepted, newImage, y, buffer);
         } else {
-            differing += compareRow(accepted, newImage, y, wideRow.data());
+            auto& wideRow = wideRows[part];
+            wideRow.resize(size_t{accepted.width} * 4);
+            differing[part] += compareRow(accepted, newImage, y, wideRow.data());
             for (size_t i = 0; i < wideRow.size(); ++i) {
                 buffer[i * 2] = uint8_t(wideRow[i] >> 8);
                 buffer[i * 2 + 1] = uint8_t(wideRow[i]);
@@ -153,7 +157,7 @@ std::vector<uint8_t> differencePNGOf(const AnImage& accepted, const AnImage& new
         }
         return buffer;
     });
-    if (differingPixels) *differingPixels = differing;
+    if (differingPixels) *differingPixels = differing[0] + differing[1];
     return bytes;
 }
 

@@ -4,6 +4,7 @@
 // goes through libspng, which converts all colour types and depths to RGBA.
 #include <libdeflate.h>
 #include <spng.h>
+#include <sys/mman.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -27,6 +28,18 @@ libdeflate_decompressor* threadDecompressor() {
     thread_local std::unique_ptr<libdeflate_decompressor, DecompressorDeleter> decompressor{
         libdeflate_alloc_decompressor()};
     return decompressor.get();
+}
+
+// A screen-sized image is tens of megabytes; on Linux, asking for huge pages
+// before the first touch turns thousands of page faults into a few dozen.
+void reserveLargeBuffer(std::vector<uint8_t>& buffer, size_t size) {
+    buffer.reserve(size);
+#if defined(MADV_HUGEPAGE)
+    constexpr uintptr_t hugePage = uintptr_t{2} << 20;
+    auto start = (reinterpret_cast<uintptr_t>(buffer.data()) + hugePage - 1) & ~(hugePage - 1);
+    auto end = (reinterpret_cast<uintptr_t>(buffer.data()) + size) & ~(hugePage - 1);
+    if (end > start) ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+#endif
 }
 
 bool takesFastPath(const ChunkLayout& layout) {
@@ -59,6 +72,7 @@ std::optional<Image> decodeFast(const ChunkLayout& layout) {
     std::vector<uint8_t> filteredRGB;
     uint8_t* filtered = nullptr;
     if (channels == 4) {
+        reserveLargeBuffer(image.pixels, filteredSize);
         image.pixels.resize(filteredSize);
         filtered = image.pixels.data();
     } else {

@@ -159,6 +159,14 @@ public:
         tokens.clear();
     }
 
+    // A non-final stored block of no bytes: its header, padding to a byte,
+    // then the length 0 and its complement.
+    void alignWithEmptyStoredBlock() {
+        bits_.put(0, 3);
+        bits_.flushToByte();
+        bits_.put(0xffff0000u, 32);
+    }
+
 private:
     // The two codes' lengths, run-length coded with symbols 16 to 18 and
     // sent with a code of their own.
@@ -218,7 +226,6 @@ private:
 PNGDeflater::PNGDeflater(size_t pixelBytes, size_t rowStride, std::vector<uint8_t>& out)
     : out_(out), blocks_(std::make_unique<BlockWriter>(out)), candidates_{1, pixelBytes, rowStride},
       recent_(size_t{1} << hashBits, 0) {
-    out_.insert(out_.end(), {0x78, 0x01});  // deflate, 32 KiB window, fastest
     window_.reserve(maximumDistance + 2 * pieceSize);
 }
 
@@ -231,9 +238,24 @@ uint8_t* PNGDeflater::append(size_t length) {
     return window_.data() + filled_ - length;
 }
 
-void PNGDeflater::finish() {
-    compressPending(true);
-    out_.insert(out_.end(), {uint8_t(adler_ >> 24), uint8_t(adler_ >> 16), uint8_t(adler_ >> 8), uint8_t(adler_)});
+void PNGDeflater::finish(bool last) {
+    compressPending(last);
+    if (!last) {
+        blocks_->write(false);
+        blocks_->alignWithEmptyStoredBlock();
+    }
+}
+
+uint32_t combineAdler32(uint32_t first, uint32_t second, uint64_t secondLength) {
+    constexpr uint64_t base = 65521;
+    uint64_t remainder = secondLength % base;
+    uint64_t sum1 = first & 0xffff;
+    uint64_t sum2 = remainder * sum1 % base;
+    sum1 += (second & 0xffff) + base - 1;
+    sum2 += ((first >> 16) & 0xffff) + ((second >> 16) & 0xffff) + base - remainder;
+    sum1 %= base;
+    sum2 %= base;
+    return uint32_t(sum1 | sum2 << 16);
 }
 
 // Greedy parse of the pending input: at each position the longest match at
@@ -277,6 +299,7 @@ void PNGDeflater::compressPending(bool last) {
         blocks_->write(true);
         return;
     }
+    if (filled_ <= maximumDistance) return;
     // Keep the last 32 KiB as the history later matches may reach into.
     size_t keep = std::min<size_t>(filled_, maximumDistance);
     size_t drop = filled_ - keep;

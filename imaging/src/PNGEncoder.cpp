@@ -11,7 +11,7 @@ std::vector<uint8_t> encodePNG(const Image& image) {
     if (!png::encodable(image.width, image.height) || image.pixels.size() != size_t{image.width} * image.height * 4) {
         return {};
     }
-    return png::encodeRows(image.width, image.height, 8, [&](uint32_t y, uint8_t*) { return image.pixel(0, y); });
+    return png::encodeRows(image.width, image.height, 8, [&](uint32_t y, uint8_t*, int) { return image.pixel(0, y); });
 }
 
 std::vector<uint8_t> encodePNG(const Image16& image) {
@@ -19,7 +19,7 @@ std::vector<uint8_t> encodePNG(const Image16& image) {
         return {};
     }
     size_t samples = size_t{image.width} * 4;
-    return png::encodeRows(image.width, image.height, 16, [&](uint32_t y, uint8_t* buffer) {
+    return png::encodeRows(image.width, image.height, 16, [&](uint32_t y, uint8_t* buffer, int) {
         const uint16_t* row = image.pixel(0, y);
         for (size_t i = 0; i < samples; ++i) {
             buffer[i * 2] = uint8_t(row[i] >> 8);
@@ -32,7 +32,7 @@ std::vector<uint8_t> encodePNG(const Image16& image) {
 std::vector<uint8_t> encodePNGFromPremultipliedARGB32(const uint8_t* rows, uint32_t width, uint32_t height,
                                                       size_t stride) {
     if (!rows || !png::encodable(width, height) || stride < size_t{width} * 4) return {};
-    return png::encodeRows(width, height, 8, [&](uint32_t y, uint8_t* buffer) {
+    return png::encodeRows(width, height, 8, [&](uint32_t y, uint8_t* buffer, int) {
         const uint8_t* source = rows + size_t{y} * stride;
         for (uint32_t x = 0; x < width; ++x) {
             uint32_t word;

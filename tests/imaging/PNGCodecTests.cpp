@@ -167,10 +167,11 @@ INSTANTIATE_TEST_SUITE_P(AllTypesAndDepths, DecodeFormat, testing::Values(
     [](const auto& info) { return std::string(info.param.name); });
 
 // Pictures that take every path of the encoder: tiny, random, flat with
-// repeats over more than the compressor's window, and noise.
+// repeats over more than the compressor's window, noise, and one large
+// enough to be compressed in two parts.
 std::vector<Image> encoderInputs() {
     std::mt19937 random(11);
-    Image tiny(1, 1), small(13, 7), screen(700, 300), noise(97, 61);
+    Image tiny(1, 1), small(13, 7), screen(700, 300), noise(97, 61), large(1024, 1025);
     tiny.pixels = {1, 2, 3, 4};
     for (auto& v : small.pixels) v = uint8_t(random());
     for (uint32_t y = 0; y < screen.height; ++y) {
@@ -182,7 +183,10 @@ std::vector<Image> encoderInputs() {
         }
     }
     for (auto& v : noise.pixels) v = uint8_t(random());
-    return {tiny, small, screen, noise};
+    for (uint32_t y = 0; y < large.height; ++y) {
+        std::copy_n(screen.pixel(0, y % screen.height), screen.width * 4, large.pixel(y % 300, y));
+    }
+    return {tiny, small, screen, noise, large};
 }
 
 Image decodeWithLibpng(const std::vector<uint8_t>& bytes) {
