@@ -3,7 +3,7 @@
 # as root (or with sudo available) on Debian 12.
 set -euo pipefail
 packages=(cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev libicu-dev libcairo2-dev
-          libpng-dev libplist-dev nlohmann-json3-dev fonts-dejavu-core procps)
+          libpng-dev libspng-dev libdeflate-dev libplist-dev nlohmann-json3-dev fonts-dejavu-core procps)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

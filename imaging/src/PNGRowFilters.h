@@ -1,0 +1,24 @@
+// The five PNG row filters (none, sub, up, average, Paeth): choosing and
+// applying one per row when encoding, undoing them when decoding.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace jtk::imaging::png {
+
+// Filters `length` bytes of `row` (pixels of `bytesPerPixel` bytes, the row
+// above in `previous`, zeros for the first row) with the filter whose output
+// has the smallest sum of magnitudes, the usual heuristic of PNG encoders.
+// Writes the filter type followed by the filtered bytes to `out` (length + 1
+// bytes). `scratch` holds 3 * length bytes of working space.
+void filterRow(const uint8_t* row, const uint8_t* previous, uint8_t* out, uint8_t* scratch, size_t length,
+               int bytesPerPixel);
+
+// Undoes filter `type` of one row into `out` for pixels of 3, 4 or 8
+// bytes; false for an unknown type or another pixel size. `out` may lie
+// before `filtered` in the same buffer (decoding in place).
+bool unfilterRow(uint8_t type, const uint8_t* filtered, const uint8_t* previous, uint8_t* out, size_t length,
+                 int bytesPerPixel);
+
+}  // namespace jtk::imaging::png
