@@ -12,6 +12,7 @@
 #include "JTKProcessEnd.h"
 #include "JTKRecorderController.h"
 #include "JTKRunConfiguration.h"
+#include "JTKRunEnd.h"
 #include "JTKShell.h"
 #include "JTKTestRun.h"
 #include "platform/Dispatch.h"
@@ -92,6 +93,7 @@ void startRun() {
     auto teardownCommands = jtkTextListProvider(methods, "jtkTeardownShellCommands");
 
     runStarted = true;
+    jtkGuardProcessExits();
     JTKTestSuite::copyTestDataToApplicationSupport();
     jtkRunShellCommandList(launchCommands);
 
@@ -104,6 +106,7 @@ void startRun() {
     if (const auto* setup = jtkMethodNamed(methods, "jtkSetup"); setup && setup->invoke) setup->invoke();
 
     testQueue = platform::makeSerialQueue("GUITestQueue");
+    jtkGuardProcessExits();  // again: before the statics made since the first guard
     testQueue->async([methods = std::move(methods), options = std::move(options),
                       teardownCommands = std::move(teardownCommands)] {
         jtkRunTestLoop(methods, options, teardownCommands);
