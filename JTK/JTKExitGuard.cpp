@@ -3,6 +3,9 @@
 // exception. Left alone, exit() would run static destructors under the test
 // queue's feet and hang joining it, with the user's data still aside; so the
 // guard puts the data back, says why the run ended and ends the process.
+#include <unistd.h>
+
+#include <atomic>
 #include <cstdlib>
 #include <exception>
 #include <string>
@@ -12,17 +15,26 @@
 
 namespace {
 
+// The process of the run. A child that a test forks inherits the handlers;
+// its own exit must not touch the run's data.
+std::atomic<pid_t> guardedProcess{0};
+
+bool inTheRunsProcess() { return getpid() == guardedProcess.load(); }
+
 void onExit(int status, void*) {
+    if (!inTheRunsProcess()) return;
     jtkPrintLine("Run ended early: the process exited with status " + std::to_string(status));
     jtkRestoreAndExit(status);
 }
 
 extern "C" void onQuickExit() {
+    if (!inTheRunsProcess()) return;
     jtkPrintLine("Run ended early: the process called quick_exit");
     jtkRestoreAndExit(1);
 }
 
 [[noreturn]] void onTerminate() {
+    if (!inTheRunsProcess()) std::abort();
     std::string reason = "std::terminate was called";
     if (auto exception = std::current_exception()) {
         try {
@@ -40,6 +52,7 @@ extern "C" void onQuickExit() {
 }  // namespace
 
 void jtkGuardProcessExits() {
+    guardedProcess = getpid();
     // Handlers run in the reverse order of registration, and the C++ runtime
     // interleaves them with the destructors of statics made before: each call
     // registers again, so that the latest guard runs before any of those.

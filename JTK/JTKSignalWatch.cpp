@@ -19,11 +19,20 @@
 namespace {
 
 int signalPipe[2] = {-1, -1};
+// The process whose run the watcher guards. A child that a test forks
+// inherits the handlers but not the watcher: its signals are its own.
+pid_t watchedProcess = 0;
 
 constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT};
 
 extern "C" void onWatchedSignal(int signalNumber) {
     int savedErrno = errno;
+    if (getpid() != watchedProcess) {
+        signal(signalNumber, SIG_DFL);
+        raise(signalNumber);
+        errno = savedErrno;
+        return;
+    }
     unsigned char byte = static_cast<unsigned char>(signalNumber);
     [[maybe_unused]] auto written = write(signalPipe[1], &byte, 1);
     if (signalNumber == SIGABRT) {
@@ -70,6 +79,7 @@ void jtkWatchTerminationSignals() {
     static std::once_flag once;
     std::call_once(once, [] {
         if (pipe2(signalPipe, O_CLOEXEC) != 0) return;
+        watchedProcess = getpid();
         fcntl(signalPipe[1], F_SETFL, O_NONBLOCK);
         // A blocked mask is inherited too: unblock here, before the watcher
         // thread is made, so that it and this thread can take the signals.

@@ -297,6 +297,8 @@ void JTKTestSuite::copyTestDataToApplicationSupport() {
     {
         std::lock_guard lock(state().mutex);
         failure = prepare(*testData, *appSupport, *tempAppSupportURL());
+        // A run stopped before it moved anything leaves nothing behind, its lock included.
+        if (!failure.empty() && !state().movedAside) jtkReleaseDataFolderLock(*appSupport);
     }
     if (!failure.empty()) jtkFatalStop(failure, "JTK/JTKTestEnvironment");
 }

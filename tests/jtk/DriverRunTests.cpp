@@ -310,6 +310,7 @@ TEST_P(DriverRunForeignAside, stopsTheRunAndTouchesNeither) {
     if (GetParam() == "link") {
         EXPECT_EQ(fs::read_symlink(temp), appSupport);
     }
+    EXPECT_EQ(besideTheData(), (Lines{"driverTestApp", "driverTestApp_Temp"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, DriverRunForeignAside, testing::Values("folder", "file", "link"),
