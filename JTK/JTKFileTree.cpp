@@ -145,7 +145,8 @@ std::error_code jtkRemoveTree(const fs::path& path) {
     return first;
 }
 
-std::error_code jtkCopyTree(const fs::path& from, const fs::path& to) {
+std::error_code jtkCopyTree(const fs::path& from, const fs::path& to, const std::atomic<bool>* stop) {
+    if (stop && stop->load()) return std::make_error_code(std::errc::operation_canceled);
     struct stat item {};
     if (lstat(from.c_str(), &item) != 0) return lastError();
     std::error_code error;
@@ -162,7 +163,7 @@ std::error_code jtkCopyTree(const fs::path& from, const fs::path& to) {
         // Made open for its owner while it is filled; its own permissions come last.
         if (mkdir(to.c_str(), S_IRWXU) != 0) return lastError();
         for (fs::directory_iterator it(from, error), end; !error && it != end; it.increment(error)) {
-            if (auto failure = jtkCopyTree(it->path(), to / it->path().filename())) return failure;
+            if (auto failure = jtkCopyTree(it->path(), to / it->path().filename(), stop)) return failure;
         }
         if (error) return error;
     } else {

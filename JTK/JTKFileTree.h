@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include <atomic>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -39,5 +40,7 @@ std::error_code jtkRemoveTree(const std::filesystem::path& path);
 
 // Copies the item to to (which must not exist): folders whole, links as
 // links, each item with its permissions and modification time. A pipe,
-// socket or device fails with std::errc::invalid_argument.
-std::error_code jtkCopyTree(const std::filesystem::path& from, const std::filesystem::path& to);
+// socket or device fails with std::errc::invalid_argument. When stop turns
+// true the copy ends before its next item with std::errc::operation_canceled.
+std::error_code jtkCopyTree(const std::filesystem::path& from, const std::filesystem::path& to,
+                            const std::atomic<bool>* stop = nullptr);

@@ -5,6 +5,7 @@
 // that races it waits for the process to go.
 #pragma once
 
+#include <atomic>
 #include <string>
 
 // Restores the user's Application Support data and ends the process with status.
@@ -20,6 +21,11 @@ void jtkRestoreIfMovedAside();
 // 128 + signal, whatever dispositions the process inherited; SIGPIPE is
 // ignored. Idempotent.
 void jtkWatchTerminationSignals();
+
+// Turns true when a stop signal has arrived: long work under the data
+// environment's lock (copying the test data) ends early, so that the data is
+// put back without waiting for it.
+const std::atomic<bool>& jtkStopRequested();
 
 // For a run of the driver: exit(), a return from main, quick_exit() and
 // std::terminate restore the user's data, print why the run ended and end the

@@ -7,6 +7,7 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -21,7 +22,7 @@ namespace {
 int signalPipe[2] = {-1, -1};
 // The process whose run the watcher guards. A child that a test forks
 // inherits the handlers but not the watcher: its signals are its own.
-pid_t watchedProcess = 0;
+std::atomic<pid_t> watchedProcess{0};
 
 constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT};
 
@@ -46,6 +47,8 @@ extern "C" void onWatchedSignal(int signalNumber) {
     errno = savedErrno;
 }
 
+std::atomic<bool> stopRequested{false};
+
 void watch() {
     while (true) {
         unsigned char byte = 0;
@@ -53,6 +56,7 @@ void watch() {
         if (count < 0 && errno == EINTR) continue;
         if (count != 1) return;
         int signalNumber = byte;
+        stopRequested = true;
         if (jtkDataMovedAside()) {
             jtkPrintLine("Run interrupted by signal " + std::to_string(signalNumber));
             jtkRestoreAndExit(128 + signalNumber);
@@ -74,6 +78,8 @@ void install(int signalNumber) {
 }
 
 }  // namespace
+
+const std::atomic<bool>& jtkStopRequested() { return stopRequested; }
 
 void jtkWatchTerminationSignals() {
     static std::once_flag once;

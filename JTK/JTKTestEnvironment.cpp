@@ -17,6 +17,7 @@
 #include <fstream>
 #include <mutex>
 #include <system_error>
+#include <thread>
 
 #include "JTKConsole.h"
 #include "JTKDataFolderLock.h"
@@ -183,10 +184,11 @@ std::string installTestData(const fs::path& testData, const fs::path& appSupport
         items.push_back(it->path());
     }
     for (const auto& item : items) {
-        if (auto failure = jtkCopyTree(item, appSupport / item.filename())) {
+        if (auto failure = jtkCopyTree(item, appSupport / item.filename(), &jtkStopRequested())) {
             std::string reason = failure == std::errc::invalid_argument
                                      ? "it holds something that is neither a file, a folder nor a link"
-                                     : failure.message();
+                                 : failure == std::errc::operation_canceled ? "the run was interrupted"
+                                                                            : failure.message();
             return "Could not copy the test data item " + item.string() + ": " + reason + " - Testing cancelled";
         }
     }
@@ -300,14 +302,21 @@ void JTKTestSuite::copyTestDataToApplicationSupport() {
         // A run stopped before it moved anything leaves nothing behind, its lock included.
         if (!failure.empty() && !state().movedAside) jtkReleaseDataFolderLock(*appSupport);
     }
-    if (!failure.empty()) jtkFatalStop(failure, "JTK/JTKTestEnvironment");
+    if (!failure.empty()) {
+        // A stop signal cut the copy short: the signal watch ends the run.
+        while (jtkStopRequested()) std::this_thread::sleep_for(std::chrono::hours(1));
+        jtkFatalStop(failure, "JTK/JTKTestEnvironment");
+    }
 }
 
 void JTKTestSuite::restoreApplicationSupportData() {
-    auto appSupport = appSupportURL();
-    if (!appSupport) return;
-    auto temp = *tempAppSupportURL();
     std::lock_guard lock(state().mutex);
+    // The folder this run moved aside, whatever the name reads now (an
+    // executable rebuilt during the run is named "... (deleted)").
+    auto appSupport = state().movedAside ? URL(state().folder) : appSupportURL();
+    if (!appSupport) return;
+    auto temp = *appSupport;
+    temp += "_Temp";
     jtkPrintLine("Restoring Application Support Data");
     if (!jtkExistsAt(temp)) {
         // Nothing aside: nothing to lock against either.

@@ -287,6 +287,14 @@ TEST_F(DriverRun, outputIntoAReaderThatWentAwayDoesNotEndTheRun) {
     expectUserDataBack();
 }
 
+TEST_F(DriverRun, anExecutableRebuiltDuringTheRunStillGetsItsDataBack) {
+    fs::copy_file(binDirectory() / "driverTestApp", root / "driverTestApp");
+    auto child = shell(environment("rebuilt,end") + quoted((root / "driverTestApp").string()) + " -uxtest");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.output, concat(startOfRun, {"Restoring Application Support Data"}));
+    expectUserDataBack();
+}
+
 // Something with the aside name that no run put aside: the user's own
 // folder, a file, a link to the data itself. Recovering it would lose data.
 class DriverRunForeignAside : public DriverRun, public testing::WithParamInterface<std::string> {};

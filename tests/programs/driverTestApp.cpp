@@ -7,6 +7,7 @@
 //   sigterm    testEnd sends the process SIGTERM
 //   wait       testEnd writes the process id to the file "ready" in the working
 //              folder, then waits until a file "go" appears there
+//   rebuilt    testEnd replaces its own executable file, as a rebuild does
 //   exit       testEnd calls exit(3)
 //   quit       testEnd has the application quit itself with status 4
 //   throw      testEnd throws an exception nobody catches
@@ -22,6 +23,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -128,6 +130,11 @@ static void waitForGo() {
 
 JTK_TEST(testEnd) {
     if (hasFlag("wait")) waitForGo();
+    if (hasFlag("rebuilt")) {
+        auto self = std::filesystem::read_symlink("/proc/self/exe");
+        std::filesystem::remove(self);
+        std::ofstream(self) << "rebuilt\n";
+    }
     if (hasFlag("end")) JTKTestSuite::endTests();
     if (hasFlag("fatal")) jtkFatalStop("driver app stopped on purpose", "driverTestApp:testEnd");
     if (hasFlag("sigterm")) {
