@@ -9,6 +9,8 @@
 #include <cstring>
 #include <mutex>
 
+#include "JTKFileTree.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -38,9 +40,7 @@ JTKDataFolderLock failure(const fs::path& file, const std::string& reason) {
 
 }  // namespace
 
-fs::path jtkLockFileFor(const fs::path& dataFolder) {
-    return dataFolder.parent_path() / ("." + dataFolder.filename().string() + ".jtk-lock");
-}
+fs::path jtkLockFileFor(const fs::path& dataFolder) { return jtkSiblingName(dataFolder, ".", ".jtk-lock"); }
 
 JTKDataFolderLock jtkLockDataFolder(const fs::path& dataFolder) {
     auto file = jtkLockFileFor(dataFolder);

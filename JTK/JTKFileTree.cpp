@@ -91,6 +91,14 @@ std::error_code setTimes(const fs::path& path, const struct stat& source) {
 
 }  // namespace
 
+fs::path jtkSiblingName(const fs::path& item, const std::string& prefix, const std::string& suffix) {
+    constexpr size_t longestName = 255;
+    std::string name = item.filename().string();
+    size_t room = longestName > prefix.size() + suffix.size() ? longestName - prefix.size() - suffix.size() : 0;
+    if (name.size() > room) name.resize(room);
+    return item.parent_path() / (prefix + name + suffix);
+}
+
 std::optional<JTKFileIdentity> jtkIdentityOf(const fs::path& path) {
     struct stat item {};
     if (lstat(path.c_str(), &item) != 0) return std::nullopt;
@@ -113,8 +121,7 @@ std::error_code jtkRenameNoReplace(const fs::path& from, const fs::path& to) {
 
 std::optional<fs::path> jtkRenameToFreeName(const fs::path& from, const fs::path& base, std::error_code& error) {
     for (int attempt = 1; attempt <= 1000; ++attempt) {
-        fs::path candidate = base;
-        if (attempt > 1) candidate += "_" + std::to_string(attempt);
+        fs::path candidate = attempt > 1 ? jtkSiblingName(base, "", "_" + std::to_string(attempt)) : base;
         error = jtkRenameNoReplace(from, candidate);
         if (!error) return candidate;
         if (error != std::errc::file_exists && error != std::errc::directory_not_empty) return std::nullopt;

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <system_error>
 
 // What lstat says identifies an item: its device and inode. A rename keeps it.
@@ -17,6 +18,12 @@ struct JTKFileIdentity {
     ino_t inode = 0;
     bool operator==(const JTKFileIdentity&) const = default;
 };
+
+// A name beside item made of prefix, item's name and suffix, within the
+// 255 bytes a file name may have: item's name is shortened (the same way
+// every time) when the whole would be longer.
+std::filesystem::path jtkSiblingName(const std::filesystem::path& item, const std::string& prefix,
+                                     const std::string& suffix);
 
 // The item's identity (a link is itself, not its target); none when nothing is there.
 std::optional<JTKFileIdentity> jtkIdentityOf(const std::filesystem::path& path);

@@ -50,9 +50,11 @@ EnvironmentState& state() {
     return instance;
 }
 
-// Names beside the data folder, all derived from its own name.
+// Names beside the data folder, all derived from its own name, cut to 200
+// bytes so that every suffix fits in a file name.
 fs::path besideData(const fs::path& appSupport, const std::string& suffix) {
-    return appSupport.parent_path() / ("." + appSupport.filename().string() + suffix);
+    std::string name = appSupport.filename().string().substr(0, 200);
+    return appSupport.parent_path() / ("." + name + suffix);
 }
 fs::path asideRecordFor(const fs::path& appSupport) { return besideData(appSupport, ".jtk-aside"); }
 const std::string discardInfix = ".jtk-discard-";
@@ -69,8 +71,7 @@ std::optional<JTKFileIdentity> readAsideRecord(const fs::path& appSupport) {
 // aside without its record. Returns an error text when it could not.
 std::string writeAsideRecord(const fs::path& appSupport, const JTKFileIdentity& identity) {
     auto record = asideRecordFor(appSupport);
-    auto partial = record;
-    partial += ".partial";
+    auto partial = besideData(appSupport, ".jtk-aside.partial");
     std::string text = "jtk-aside " + std::to_string(identity.device) + " " + std::to_string(identity.inode) + "\n";
     int file = open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
     bool written = file >= 0 && write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
@@ -122,7 +123,7 @@ void deleteDiscarded(const fs::path& discarded) {
 }
 
 void deleteDiscardedByEarlierRuns(const fs::path& appSupport) {
-    std::string prefix = "." + appSupport.filename().string() + discardInfix;
+    std::string prefix = besideData(appSupport, discardInfix).filename().string();
     std::error_code error;
     std::vector<fs::path> leftovers;
     for (fs::directory_iterator it(appSupport.parent_path(), error), end; !error && it != end; it.increment(error)) {
@@ -150,7 +151,7 @@ std::string recoverInterruptedRun(const fs::path& appSupport, const fs::path& te
     std::optional<fs::path> kept;
     std::error_code error;
     if (jtkExistsAt(appSupport)) {
-        kept = jtkRenameToFreeName(appSupport, appSupport.string() + "_Interrupted_" + timestamp(), error);
+        kept = jtkRenameToFreeName(appSupport, jtkSiblingName(appSupport, "", "_Interrupted_" + timestamp()), error);
         if (!kept) {
             return "Could not move " + appSupport.string() + " out of the way to recover the data at " +
                    temp.string() + ": " + error.message() + " - Testing cancelled";

@@ -295,6 +295,17 @@ TEST_F(DriverRun, anExecutableRebuiltDuringTheRunStillGetsItsDataBack) {
     expectUserDataBack();
 }
 
+TEST_F(DriverRun, anApplicationWithTheLongestNameItsFolderAllowsGetsItsDataBack) {
+    const std::string name(250, 'n');  // with "_Temp" exactly the longest file name
+    fs::copy_file(binDirectory() / "driverTestApp", root / name);
+    fs::rename(appSupport, root / "data" / name);
+    auto child = shell(environment("end") + quoted((root / name).string()) + " -uxtest");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.output.back(), "Restoring Application Support Data");
+    EXPECT_EQ(files(root / "data" / name), Lines{"user.txt"});
+    EXPECT_EQ(besideTheData(), Lines{name});
+}
+
 // Something with the aside name that no run put aside: the user's own
 // folder, a file, a link to the data itself. Recovering it would lose data.
 class DriverRunForeignAside : public DriverRun, public testing::WithParamInterface<std::string> {};
