@@ -83,6 +83,47 @@ std::error_code removeEntries(int folder, dev_t device) {
     return first;
 }
 
+// Copies a regular file's bytes into a new file; a full disk reports as such.
+std::error_code copyFileContent(const fs::path& from, const fs::path& to) {
+    int source = open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+    if (source < 0) return lastError();
+    int target = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (target < 0) {
+        auto error = lastError();
+        close(source);
+        return error;
+    }
+    std::error_code error;
+    char buffer[1 << 16];
+    bool rangeCopy = true;  // in-kernel copy where the file systems allow it
+    while (true) {
+        ssize_t count = -1;
+        if (rangeCopy) {
+            count = copy_file_range(source, nullptr, target, nullptr, 1 << 30, 0);
+            if (count < 0 && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
+                rangeCopy = false;
+                continue;
+            }
+        } else {
+            count = read(source, buffer, sizeof buffer);
+            for (ssize_t written = 0, step; count > 0 && written < count; written += step) {
+                step = write(target, buffer + written, static_cast<size_t>(count - written));
+                if (step < 0 && errno == EINTR) step = 0;
+                if (step < 0) {
+                    count = -1;
+                    break;
+                }
+            }
+        }
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) error = lastError();
+        if (count <= 0) break;
+    }
+    close(source);
+    if (close(target) != 0 && !error) error = lastError();
+    return error;
+}
+
 std::error_code setTimes(const fs::path& path, const struct stat& source) {
     const struct timespec times[2] = {source.st_atim, source.st_mtim};
     if (utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) != 0) return lastError();
@@ -164,8 +205,7 @@ std::error_code jtkCopyTree(const fs::path& from, const fs::path& to, const std:
         return setTimes(to, item);
     }
     if (S_ISREG(item.st_mode)) {
-        fs::copy_file(from, to, fs::copy_options::none, error);
-        if (error) return error;
+        if ((error = copyFileContent(from, to))) return error;
     } else if (S_ISDIR(item.st_mode)) {
         // Made open for its owner while it is filled; its own permissions come last.
         if (mkdir(to.c_str(), S_IRWXU) != 0) return lastError();
