@@ -54,8 +54,11 @@ std::string Application::name() const {
         if (name_) return *name_;
     }
     std::error_code error;
-    auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string{} : executable.filename().string();
+    auto name = std::filesystem::read_symlink("/proc/self/exe", error).filename().string();
+    // The kernel marks the link of an executable replaced while it runs (a rebuild).
+    const std::string deleted = " (deleted)";
+    if (name.size() > deleted.size() && name.ends_with(deleted)) name.resize(name.size() - deleted.size());
+    return error ? std::string{} : name;
 }
 
 void Application::setName(std::string name) {

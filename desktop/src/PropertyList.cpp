@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -26,30 +27,22 @@ using PlistPointer = std::unique_ptr<void, PlistFree>;
 // Property-list dates count seconds from 2001-01-01 00:00:00 UTC.
 constexpr int64_t referenceDateOffset = 978307200;
 
-std::string base64(const char* bytes, uint64_t length) {
-    static const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string out;
-    out.reserve((length + 2) / 3 * 4);
-    for (uint64_t i = 0; i < length; i += 3) {
-        uint32_t chunk = static_cast<uint8_t>(bytes[i]) << 16;
-        if (i + 1 < length) chunk |= static_cast<uint8_t>(bytes[i + 1]) << 8;
-        if (i + 2 < length) chunk |= static_cast<uint8_t>(bytes[i + 2]);
-        out += alphabet[(chunk >> 18) & 63];
-        out += alphabet[(chunk >> 12) & 63];
-        out += i + 1 < length ? alphabet[(chunk >> 6) & 63] : '=';
-        out += i + 2 < length ? alphabet[chunk & 63] : '=';
-    }
-    return out;
-}
+using Microseconds = std::chrono::microseconds;
 
-std::string dateText(plist_t node) {
+// The time of a date node; libplist keeps whole seconds and microseconds
+// from the reference date.
+platform::Date dateOf(plist_t node) {
     int32_t seconds = 0, microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
-    std::time_t time = static_cast<std::time_t>(seconds + referenceDateOffset);
-    std::tm parts{};
-    char buffer[32] = "";
-    if (gmtime_r(&time, &parts)) std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%SZ", &parts);
-    return buffer;
+    auto sinceEpoch = std::chrono::seconds(int64_t(seconds) + referenceDateOffset) + Microseconds(microseconds);
+    return platform::Date{std::chrono::system_clock::time_point(std::chrono::duration_cast<std::chrono::system_clock::duration>(sinceEpoch))};
+}
+
+// Microseconds from the reference date, split into whole seconds and the rest.
+std::pair<int64_t, int64_t> referenceSecondsOf(const platform::Date& date) {
+    auto micros = std::chrono::floor<Microseconds>(date.time.time_since_epoch()).count() - referenceDateOffset * 1000000;
+    int64_t seconds = micros >= 0 ? micros / 1000000 : -((-micros + 999999) / 1000000);
+    return {seconds, micros - seconds * 1000000};
 }
 
 std::optional<platform::Value> toValue(plist_t node);
@@ -108,11 +101,11 @@ std::optional<platform::Value> toValue(plist_t node) {
         const char* text = plist_get_string_ptr(node, &length);
         return platform::Value(std::string(text ? text : "", text ? length : 0));
     }
-    case PLIST_DATE: return platform::Value(dateText(node));
+    case PLIST_DATE: return platform::Value(dateOf(node));
     case PLIST_DATA: {
         uint64_t length = 0;
-        const char* bytes = plist_get_data_ptr(node, &length);
-        return platform::Value(base64(bytes, bytes ? length : 0));
+        const auto* bytes = reinterpret_cast<const uint8_t*>(plist_get_data_ptr(node, &length));
+        return platform::Value(platform::Data{std::vector<uint8_t>(bytes, bytes ? bytes + length : bytes)});
     }
     case PLIST_ARRAY: {
         platform::ValueList list;
@@ -141,6 +134,14 @@ plist_t toNode(const platform::Value& value) {
     case Kind::integer: return plist_new_uint(static_cast<uint64_t>(*value.integer()));
     case Kind::real: return plist_new_real(*value.real());
     case Kind::text: return plist_new_string(value.text()->c_str());
+    case Kind::date: {
+        auto [seconds, microseconds] = referenceSecondsOf(*value.date());
+        return plist_new_date(static_cast<int32_t>(seconds), static_cast<int32_t>(microseconds));
+    }
+    case Kind::data: {
+        const auto& bytes = value.data()->bytes;
+        return plist_new_data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    }
     case Kind::list: {
         plist_t array = plist_new_array();
         for (const auto& item : *value.list()) plist_array_append_item(array, toNode(item));
@@ -172,6 +173,12 @@ bool isPropertyListValue(const platform::Value& value, std::string* reason) {
     case Kind::text:
         if (value.text()->find('\0') != std::string::npos) return fail("a property-list text cannot hold a NUL character");
         return true;
+    case Kind::date: {
+        auto seconds = referenceSecondsOf(*value.date()).first;
+        if (seconds < std::numeric_limits<int32_t>::min() || seconds > std::numeric_limits<int32_t>::max())
+            return fail("a property-list date must lie between 1933 and 2069, not " + value.debugText());
+        return true;
+    }
     case Kind::list:
         for (const auto& item : *value.list())
             if (!isPropertyListValue(item, reason)) return false;

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <sstream>
 
 #include "JTK/platform/Object.h"
@@ -40,6 +41,16 @@ const ValueDictionary* Value::dictionary() const {
 std::shared_ptr<Object> Value::object() const {
     auto o = std::get_if<std::shared_ptr<Object>>(&data_);
     return o ? *o : nullptr;
+}
+
+std::optional<Date> Value::date() const {
+    if (auto d = std::get_if<Date>(&data_)) return *d;
+    return std::nullopt;
+}
+
+const Data* Value::data() const {
+    auto d = std::get_if<std::shared_ptr<const Data>>(&data_);
+    return d ? d->get() : nullptr;
 }
 
 const Value* Value::find(const Value& key) const {
@@ -84,6 +95,34 @@ std::string Value::debugText() const {
         return out + "}";
     }
     case Kind::object: return object()->description();
+    case Kind::date: {
+        // ISO 8601 in UTC, with the fraction of a second when there is one.
+        using namespace std::chrono;
+        auto time = date()->time;
+        auto seconds = floor<std::chrono::seconds>(time);
+        auto micros = duration_cast<microseconds>(time - seconds).count();
+        std::time_t whole = system_clock::to_time_t(seconds);
+        std::tm parts{};
+        char buffer[40] = "";
+        if (gmtime_r(&whole, &parts)) std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%S", &parts);
+        std::string out = buffer;
+        if (micros) {
+            char fraction[32];
+            std::snprintf(fraction, sizeof fraction, ".%06lld", static_cast<long long>(micros));
+            out += fraction;
+        }
+        return out + "Z";
+    }
+    case Kind::data: {
+        static const char digits[] = "0123456789abcdef";
+        std::string out = "<";
+        for (size_t i = 0; i < data()->bytes.size(); ++i) {
+            if (i && i % 4 == 0) out += ' ';
+            out += digits[data()->bytes[i] >> 4];
+            out += digits[data()->bytes[i] & 15];
+        }
+        return out + ">";
+    }
     }
     return {};
 }
@@ -93,6 +132,7 @@ bool Value::operator==(const Value& other) const {
     switch (kind()) {
     case Kind::list: return *list() == *other.list();
     case Kind::dictionary: return *dictionary() == *other.dictionary();
+    case Kind::data: return *data() == *other.data();
     default: return data_ == other.data_;  // objects compare by identity
     }
 }

@@ -205,6 +205,9 @@ TEST_F(ServicesUserDefaults, AFailedSynchronizeReportsAndKeepsTheValuesInMemory)
     EXPECT_EQ(defaults.objectForKey("value"), Value(5));
 }
 
+// 2001-01-02 00:00:00 UTC (an XML property list keeps whole seconds only).
+const platform::Date secondDayOf2001{std::chrono::system_clock::time_point(std::chrono::seconds(978307200 + 86400))};
+
 TEST_F(ServicesUserDefaults, XmlAndBinaryPropertyListsReadIntoValues) {
     PlistBuilder builder;
     builder.set("text", plist_new_string("hello"));
@@ -222,8 +225,8 @@ TEST_F(ServicesUserDefaults, XmlAndBinaryPropertyListsReadIntoValues) {
     builder.set("data", plist_new_data("hi!?", 4));
 
     ValueDictionary expected{{"array", ValueList{1, "b"}},
-                             {"data", "aGkhPw=="},
-                             {"date", "2001-01-02T00:00:00Z"},
+                             {"data", platform::Data{{'h', 'i', '!', '?'}}},
+                             {"date", secondDayOf2001},
                              {"dict", ValueDictionary{{"deep", false}}},
                              {"negative", -3},
                              {"real", 2.5},
@@ -276,6 +279,8 @@ TEST_F(ServicesUserDefaults, LoadingAFileWithAlphaAndBetaOverExistingGammaKeepsG
     PlistBuilder builder;
     builder.set("alpha", plist_new_string("new alpha"));
     builder.set("beta", plist_new_uint(2));
+    builder.set("when", plist_new_date(86400, 0));
+    builder.set("blob", plist_new_data("\0\xff", 2));
     builder.writeBinary(folder_ / "testDefaults.plist");
 
     // What loading test defaults does: reset, read, store every key, synchronize.
@@ -289,6 +294,10 @@ TEST_F(ServicesUserDefaults, LoadingAFileWithAlphaAndBetaOverExistingGammaKeepsG
     EXPECT_EQ(defaults.objectForKey("alpha"), Value("new alpha"));
     EXPECT_EQ(defaults.objectForKey("beta"), Value(2));
     EXPECT_EQ(defaults.objectForKey("gamma"), Value("kept"));
+    // Dates and data keep their kinds through the defaults file.
+    EXPECT_EQ(defaults.objectForKey("when"), Value(secondDayOf2001));
+    EXPECT_EQ(defaults.objectForKey("blob"), Value(platform::Data{{0, 0xff}}));
+    EXPECT_EQ(defaults.objectForKey("when").debugText(), "2001-01-02T00:00:00Z");
 }
 
 TEST_F(ServicesUserDefaults, ManyThreadsMayReadWriteAndSynchronizeAtOnce) {

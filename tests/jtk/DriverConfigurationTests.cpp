@@ -84,11 +84,27 @@ TEST(DriverOptions, resultOfAnotherShapeCountsAsEmpty) {
     EXPECT_EQ(jtkTestOptionsFromValue(Value("x")), std::nullopt);
     EXPECT_EQ(jtkTestOptionsFromValue(Value(ValueDictionary{{Value(int64_t(3)), Value(ValueDictionary{})}})),
               std::nullopt);
-    // An option raw value that names no option makes the whole result unusable.
-    EXPECT_EQ(jtkTestOptionsFromValue(optionsFor("testA", {{Value(int64_t(7)), Value(true)}})), std::nullopt);
     JTKMethodList methods = {method("jtkTestOptions", optionsFor("testA", {{Value(int64_t(1)), Value(3)}})),
                              method("jtkTestOptionsBad", Value("not options"))};
     EXPECT_EQ(jtkTestOrder(jtkMergeTestOptions(methods), "testA"), 3) << "an unusable result adds nothing";
+}
+
+TEST(DriverOptions, unknownOptionIsDroppedAloneAndNamed) {
+    JTKMethodList methods = {
+        method("jtkTestOptions", Value(ValueDictionary{
+                                     {Value("testA"), Value(ValueDictionary{{Value(int64_t(7)), Value(true)},
+                                                                            {Value(int64_t(1)), Value(4)}})},
+                                     {Value("testB"), Value(ValueDictionary{{Value("order"), Value(2)}})},
+                                     {Value("testC"), Value(ValueDictionary{{Value(int64_t(0)), Value(true)}})},
+                                 }))};
+    testing::internal::CaptureStdout();
+    auto merged = jtkMergeTestOptions(methods);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Ignoring unknown option 7 of testA in jtkTestOptions\n"
+              "Ignoring unknown option \"order\" of testB in jtkTestOptions\n");
+    EXPECT_EQ(jtkTestOrder(merged, "testA"), 4);
+    EXPECT_TRUE(merged.at("testB").empty());
+    EXPECT_EQ(merged.at("testC").at(JTKTestOption::skipScreenshots), Value(true));
 }
 
 TEST(DriverOrder, stableAscendingWithNegativePositiveAndTextValues) {

@@ -4,12 +4,14 @@
 // back), the trust poll, a folder left by an interrupted run, and launches
 // that never start a run.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "run/JTKShell.h"
 
@@ -34,6 +36,11 @@ std::string quoted(const std::string& text) {
 void writeFile(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
     std::ofstream(path) << text;
+}
+
+std::string readFile(const fs::path& path) {
+    std::ifstream in(path);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 // Every file below folder as "relative/path", sorted.
@@ -66,22 +73,40 @@ protected:
     }
 
     void TearDown() override {
+        // A run left waiting by a failed test: only if it is still the one this test started.
         std::error_code error;
+        if (waiting > 0 && fs::read_symlink("/proc/" + std::to_string(waiting) + "/exe", error).filename() ==
+                               "driverTestApp") {
+            kill(waiting, SIGKILL);
+        }
         fs::remove_all(root, error);
     }
 
+    // The environment and the working folder of a launch, as a shell command prefix.
+    std::string environment(const std::string& mode, const std::string& screenshots = "") {
+        return "cd " + quoted(root.string()) + " && export XDG_DATA_HOME=" + quoted((root / "data").string()) +
+               " XDG_CONFIG_HOME=" + quoted((root / "config").string()) + " DRIVER_MODE=" + quoted(mode) +
+               " DRIVER_TEST_DATA=" + quoted((root / "testdata").string()) + " DRIVER_SCREENSHOTS=" +
+               quoted(screenshots.empty() ? (root / "shots").string() : screenshots) + "; ";
+    }
+
+    static std::string application() { return quoted((binDirectory() / "driverTestApp").string()); }
+
     ChildRun run(const std::string& mode, const std::string& argument = "-uxtest",
                  const std::string& screenshots = "") {
-        std::string command = "cd " + quoted(root.string()) + " && XDG_DATA_HOME=" + quoted((root / "data").string()) +
-                              " XDG_CONFIG_HOME=" + quoted((root / "config").string()) +
-                              " DRIVER_MODE=" + quoted(mode) +
-                              " DRIVER_TEST_DATA=" + quoted((root / "testdata").string()) +
-                              " DRIVER_SCREENSHOTS=" +
-                              quoted(screenshots.empty() ? (root / "shots").string() : screenshots) +
-                              " timeout -s KILL 120 " + quoted((binDirectory() / "driverTestApp").string()) + " " +
-                              quoted(argument);
-        auto result = runShellCommand(command);
+        return shell(environment(mode, screenshots) + "timeout -s KILL 120 " + application() + " " +
+                     quoted(argument));
+    }
+
+    // Runs a shell script; the last line of a script that ends with
+    // `echo status=$?` is taken as the status.
+    ChildRun shell(const std::string& script) {
+        auto result = runShellCommand(script);
         ChildRun child{result.status, result.outputLines, result.errorLines, std::chrono::steady_clock::now()};
+        if (!child.output.empty() && child.output.back().starts_with("status=")) {
+            child.status = std::stoi(child.output.back().substr(7));
+            child.output.pop_back();
+        }
         for (const auto& line : child.errors) {
             EXPECT_EQ(line.find("Sanitizer"), std::string::npos) << testing::PrintToString(child.errors);
             EXPECT_EQ(line.find("runtime error"), std::string::npos) << testing::PrintToString(child.errors);
@@ -93,12 +118,35 @@ protected:
         return child;
     }
 
+    // The process id a run in "wait" mode wrote once it reached testEnd.
+    pid_t waitUntilReady() {
+        for (int i = 0; i < 1200; ++i) {
+            std::ifstream in(root / "ready");
+            pid_t pid = 0;
+            if (in >> pid) return waiting = pid;
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        ADD_FAILURE() << "the run never reached testEnd";
+        return 0;
+    }
+
+    // What is beside the user's data: after a run, nothing at all (no aside
+    // folder, no record of one, no test data waiting to be deleted, no lock).
+    Lines besideTheData() {
+        Lines names;
+        for (const auto& entry : fs::directory_iterator(root / "data")) names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
     void expectUserDataBack() {
         EXPECT_EQ(files(appSupport), Lines{"user.txt"});
-        EXPECT_FALSE(fs::exists(temp));
+        EXPECT_EQ(readFile(appSupport / "user.txt"), "mine");
+        EXPECT_EQ(besideTheData(), Lines{"driverTestApp"});
     }
 
     fs::path root, appSupport, temp;
+    pid_t waiting = 0;
 };
 
 const Lines startOfRun = {
@@ -164,13 +212,6 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
     expectUserDataBack();
 }
 
-TEST_F(DriverRun, endTestsStopsTheRunWithTheDataBack) {
-    auto child = run("end");
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output, concat(startOfRun, {"Restoring Application Support Data"}));
-    expectUserDataBack();
-}
-
 TEST_F(DriverRun, fatalStopRestoresTheDataAndFails) {
     auto child = run("fatal");
     EXPECT_EQ(child.status, 1);
@@ -178,14 +219,6 @@ TEST_F(DriverRun, fatalStopRestoresTheDataAndFails) {
     EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), "driverTestApp:testEnd: fatal stop"),
               child.errors.end())
         << testing::PrintToString(child.errors);
-    expectUserDataBack();
-}
-
-TEST_F(DriverRun, sigtermRestoresTheData) {
-    auto child = run("sigterm");
-    EXPECT_EQ(child.status, 128 + 15);
-    EXPECT_EQ(child.output,
-              concat(startOfRun, {"Run interrupted by signal 15", "Restoring Application Support Data"}));
     expectUserDataBack();
 }
 
@@ -201,14 +234,144 @@ TEST_F(DriverRun, trustPollStartsTheRunOnceTrustIsGranted) {
     expectUserDataBack();
 }
 
-TEST_F(DriverRun, dataLeftByAnInterruptedRunIsPutBackFirst) {
-    fs::remove_all(appSupport);
-    writeFile(appSupport / "old-test-data.txt", "old");
-    writeFile(temp / "user.txt", "mine");
-    auto child = run("end");
+// Every way test code or the application can end the process in the middle
+// of a test: the data is put back, one line says why, and nothing hangs.
+struct ProcessEnd {
+    std::string mode;
+    int status;
+    Lines lastLines;
+};
+
+class DriverRunEnd : public DriverRun, public testing::WithParamInterface<ProcessEnd> {};
+
+TEST_P(DriverRunEnd, restoresTheDataAndEnds) {
+    auto child = run(GetParam().mode);
+    EXPECT_EQ(child.status, GetParam().status) << testing::PrintToString(child.errors);
+    EXPECT_EQ(child.output, concat(startOfRun, GetParam().lastLines));
+    expectUserDataBack();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ends, DriverRunEnd,
+    testing::Values(
+        ProcessEnd{"end", 0, {"Restoring Application Support Data"}},
+        ProcessEnd{"sigterm", 128 + 15, {"Run interrupted by signal 15", "Restoring Application Support Data"}},
+        ProcessEnd{"exit", 3, {"Run ended early: the process exited with status 3", "Restoring Application Support Data"}},
+        ProcessEnd{"quit", 4, {"Run ended early: the process exited with status 4", "Restoring Application Support Data"}},
+        ProcessEnd{"throw", 134,
+                   {"Run ended by an uncaught exception: thrown on purpose", "Restoring Application Support Data"}},
+        ProcessEnd{"abort", 134, {"Run interrupted by signal 6", "Restoring Application Support Data"}}),
+    [](const testing::TestParamInfo<ProcessEnd>& info) { return info.param.mode; });
+
+// The stop signals from outside, sent to a run started in the background by a
+// shell that ignores them (a background job starts with SIGINT and SIGQUIT ignored).
+class DriverRunSignal : public DriverRun, public testing::WithParamInterface<int> {};
+
+TEST_P(DriverRunSignal, stopsTheRunWithTheDataBackWhateverTheShellIgnored) {
+    int signalNumber = GetParam();
+    auto child = shell(environment("wait") + "trap '' INT TERM HUP QUIT; " + application() + " -uxtest & pid=$!; " +
+                       "for i in $(seq 1200); do [ -s ready ] && break; sleep 0.05; done; " +
+                       "kill -s " + std::to_string(signalNumber) + " $pid; " +
+                       "for i in $(seq 600); do kill -0 $pid 2>/dev/null || break; sleep 0.05; done; " +
+                       "kill -s KILL $pid 2>/dev/null; wait $pid; echo status=$?");
+    EXPECT_EQ(child.status, 128 + signalNumber);
+    EXPECT_EQ(child.output, concat(startOfRun, {"Run interrupted by signal " + std::to_string(signalNumber),
+                                                "Restoring Application Support Data"}));
+    expectUserDataBack();
+}
+
+INSTANTIATE_TEST_SUITE_P(StopSignals, DriverRunSignal, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT),
+                         [](const testing::TestParamInfo<int>& info) { return std::string(sigabbrev_np(info.param)); });
+
+TEST_F(DriverRun, outputIntoAReaderThatWentAwayDoesNotEndTheRun) {
+    auto child = shell(environment("end") + application() + " -uxtest | true; echo status=${PIPESTATUS[0]}");
     EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output, concat(Lines{"Recovered Application Support data left by an interrupted run"},
-                                   concat(startOfRun, {"Restoring Application Support Data"})));
+    expectUserDataBack();
+}
+
+TEST_F(DriverRun, anExecutableRebuiltDuringTheRunStillGetsItsDataBack) {
+    fs::copy_file(binDirectory() / "driverTestApp", root / "driverTestApp");
+    auto child = shell(environment("rebuilt,end") + quoted((root / "driverTestApp").string()) + " -uxtest");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.output, concat(startOfRun, {"Restoring Application Support Data"}));
+    expectUserDataBack();
+}
+
+TEST_F(DriverRun, anApplicationWithTheLongestNameItsFolderAllowsGetsItsDataBack) {
+    const std::string name(250, 'n');  // with "_Temp" exactly the longest file name
+    fs::copy_file(binDirectory() / "driverTestApp", root / name);
+    fs::rename(appSupport, root / "data" / name);
+    auto child = shell(environment("end") + quoted((root / name).string()) + " -uxtest");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.output.back(), "Restoring Application Support Data");
+    EXPECT_EQ(files(root / "data" / name), Lines{"user.txt"});
+    EXPECT_EQ(besideTheData(), Lines{name});
+}
+
+// Something with the aside name that no run put aside: the user's own
+// folder, a file, a link to the data itself. Recovering it would lose data.
+class DriverRunForeignAside : public DriverRun, public testing::WithParamInterface<std::string> {};
+
+TEST_P(DriverRunForeignAside, stopsTheRunAndTouchesNeither) {
+    if (GetParam() == "folder") writeFile(temp / "mine-too.txt", "also mine");
+    if (GetParam() == "file") writeFile(temp, "a file of mine");
+    if (GetParam() == "link") fs::create_directory_symlink(appSupport, temp);
+    auto child = run("end");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.output, Lines{temp.string() + " was not put aside by a test run, so it may hold data of yours: "
+                                  "nothing was changed. Your Application Support data is at " + appSupport.string() +
+                                  "; move or rename " + temp.string() + " and start again - Testing cancelled"});
+    EXPECT_EQ(files(appSupport), Lines{"user.txt"});
+    if (GetParam() == "folder") {
+        EXPECT_EQ(readFile(temp / "mine-too.txt"), "also mine");
+    }
+    if (GetParam() == "file") {
+        EXPECT_EQ(readFile(temp), "a file of mine");
+    }
+    if (GetParam() == "link") {
+        EXPECT_EQ(fs::read_symlink(temp), appSupport);
+    }
+    EXPECT_EQ(besideTheData(), (Lines{"driverTestApp", "driverTestApp_Temp"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, DriverRunForeignAside, testing::Values("folder", "file", "link"),
+                         [](const testing::TestParamInfo<std::string>& info) { return info.param; });
+
+// Two runs at once, then the first one killed: the second run stops without
+// touching anything; the lock the killed run held does not block the third,
+// which recovers the data and keeps what the user saved after the crash.
+TEST_F(DriverRun, concurrentRunStopsAndAKilledRunIsRecoveredKeepingLaterWork) {
+    shell("(" + environment("wait") + application() + " -uxtest) > " + quoted((root / "first.txt").string()) +
+          " 2>&1 &");
+    pid_t first = waitUntilReady();
+    ASSERT_GT(first, 0);
+
+    auto second = run("end");
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.output, Lines{"Another test run (process " + std::to_string(first) + ") is using " +
+                                   appSupport.string() + "; this run changed nothing - Testing cancelled"});
+    EXPECT_EQ(files(appSupport), Lines{"a.txt"}) << "the first run's test data";
+    EXPECT_EQ(files(temp), Lines{"user.txt"});
+
+    ASSERT_EQ(kill(first, SIGKILL), 0);
+    for (int i = 0; i < 200 && kill(first, 0) == 0; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    // The application started normally after the crash, and the user saved work into it.
+    writeFile(appSupport / "saved-after-the-crash.txt", "work");
+
+    auto third = run("end");
+    EXPECT_EQ(third.status, 0);
+    ASSERT_GE(third.output.size(), 2u);
+    EXPECT_EQ(third.output[0], "Recovered Application Support data left by an interrupted run");
+    const std::string keptAt = "What was in its place (that run's test data and anything saved there since) is kept at ";
+    ASSERT_TRUE(third.output[1].starts_with(keptAt)) << third.output[1];
+    fs::path kept = third.output[1].substr(keptAt.size());
+    EXPECT_EQ(kept.parent_path(), root / "data");
+    EXPECT_EQ(files(kept), (Lines{"a.txt", "saved-after-the-crash.txt"}));
+    EXPECT_EQ(readFile(kept / "saved-after-the-crash.txt"), "work");
+    third.output.erase(third.output.begin(), third.output.begin() + 2);
+    EXPECT_EQ(third.output, concat(startOfRun, {"Restoring Application Support Data"}));
+
+    fs::remove_all(kept);
     expectUserDataBack();
 }
 

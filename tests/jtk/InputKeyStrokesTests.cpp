@@ -54,8 +54,14 @@ TEST(InputKeyStrokes, TableCharactersUseTheirKeyAndShiftOnlyForUpperCase) {
     EXPECT_EQ(jtkKeyStrokeForCharacter("\r"), (JTKKeyStroke{36, 0, {}}));
 }
 
+TEST(InputKeyStrokes, LineFeedAndCrLfAreReturnAsAPersonTypesThem) {
+    for (const std::string lineBreak : {"\n", "\r\n"}) {
+        EXPECT_EQ(jtkKeyStrokeForCharacter(lineBreak), (JTKKeyStroke{36, 0, {}})) << testing::PrintToString(lineBreak);
+    }
+}
+
 TEST(InputKeyStrokes, OtherCharactersCarryThemselvesAsText) {
-    for (const std::string character : {"1", ".", "\n", "\r\n", "\u00C4", "\u00E9", "\u65E5", "e\u0301"}) {
+    for (const std::string character : {"1", ".", "\u00C4", "\u00E9", "\u65E5", "e\u0301"}) {
         EXPECT_EQ(jtkKeyStrokeForCharacter(character), (JTKKeyStroke{0, 0, character})) << character;
     }
 }

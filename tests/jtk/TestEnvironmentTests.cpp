@@ -5,7 +5,11 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -150,17 +154,69 @@ TEST_F(DataEnvironment, withoutATestDataURLNothingMoves) {
     EXPECT_FALSE(fs::exists(temp));
 }
 
-TEST_F(DataEnvironment, dataLeftByAnInterruptedRunIsRecoveredNotDeleted) {
-    // An interrupted run left its test data in place and the user's data aside.
-    writeFile(appSupport / "old-test-data.txt", "old");
-    writeFile(temp / "user.txt", "mine");
+TEST_F(DataEnvironment, copyingAgainDuringARunReplacesOnlyTheTestData) {
+    writeFile(appSupport / "user.txt", "mine");
     writeFile(testData / "a.txt", "A");
-    EXPECT_EQ(copyCapturingOutput(), "Recovered Application Support data left by an interrupted run\n");
+    copyCapturingOutput();
+    writeFile(appSupport / "written-by-a-test.txt", "x");
+    EXPECT_EQ(copyCapturingOutput(),
+              "Copying the test data in again; the Application Support data stays aside at " + temp.string() + "\n");
     EXPECT_EQ(contents(appSupport), std::vector<std::string>{"a.txt=A"});
     EXPECT_EQ(contents(temp), std::vector<std::string>{"user.txt=mine"});
     restoreCapturingOutput();
     EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
     EXPECT_FALSE(fs::exists(temp));
+}
+
+TEST_F(DataEnvironment, copiedTestDataKeepsTimesPermissionsAndLinks) {
+    writeFile(testData / "folder" / "file.txt", "F");
+    writeFile(testData / "locked" / "inner.txt", "I");
+    fs::create_symlink("folder/file.txt", testData / "link");
+    fs::permissions(testData / "folder" / "file.txt", fs::perms(0640));
+    fs::permissions(testData / "locked" / "inner.txt", fs::perms(0400));
+    fs::permissions(testData / "locked", fs::perms(0500));  // a read-only folder is filled before it is locked
+    auto past = fs::file_time_type::clock::now() - std::chrono::hours(24 * 400);
+    for (const char* item : {"folder/file.txt", "folder", "locked/inner.txt"}) {
+        fs::last_write_time(testData / item, past - std::chrono::minutes(std::strlen(item)));
+    }
+    copyCapturingOutput();
+    for (const char* item : {"folder/file.txt", "folder", "locked/inner.txt", "locked"}) {
+        auto copied = fs::symlink_status(appSupport / item);
+        EXPECT_EQ(copied.permissions(), fs::symlink_status(testData / item).permissions()) << item;
+        EXPECT_EQ(fs::last_write_time(appSupport / item), fs::last_write_time(testData / item)) << item;
+    }
+    EXPECT_EQ(fs::read_symlink(appSupport / "link"), "folder/file.txt");
+    restoreCapturingOutput();
+}
+
+TEST_F(DataEnvironment, readOnlyFoldersATestLeavesDoNotKeepTheUsersDataAside) {
+    // A test that locks folders of its data. Run as an ordinary user: one
+    // that may ignore permissions could not show the fault.
+    GTEST_FLAG_SET(death_test_style, "fast");
+    writeFile(appSupport / "user.txt", "mine");
+    writeFile(testData / "a.txt", "A");
+    const uid_t nobody = 65534;
+    if (geteuid() == 0) {
+        for (const auto& entry : fs::recursive_directory_iterator(root)) ASSERT_EQ(lchown(entry.path().c_str(), nobody, nobody), 0);
+        ASSERT_EQ(chown(root.c_str(), nobody, nobody), 0);
+    }
+    EXPECT_EXIT(
+        {
+            if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0)) std::_Exit(8);
+            if (!std::freopen((root / "out.txt").c_str(), "w", stdout)) std::_Exit(9);
+            JTKTestSuite::copyTestDataToApplicationSupport();
+            writeFile(appSupport / "locked" / "deeper" / "made-by-a-test.txt", "x");
+            for (const char* folder : {"locked/deeper", "locked"}) chmod((appSupport / folder).c_str(), 0500);
+            JTKTestSuite::restoreApplicationSupportData();
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+    EXPECT_EQ(readFile(root / "out.txt"), "Restoring Application Support Data\n");
+    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
+    std::vector<std::string> beside;
+    for (const auto& entry : fs::directory_iterator(root / "data")) beside.push_back(entry.path().filename());
+    std::sort(beside.begin(), beside.end());
+    EXPECT_EQ(beside, std::vector<std::string>{appSupport.filename().string()});
 }
 
 TEST_F(DataEnvironment, uncopyableItemEndsTheRunAfterRestoring) {

@@ -5,6 +5,13 @@
 //   end        testEnd calls endTests
 //   fatal      testEnd makes a fatal stop
 //   sigterm    testEnd sends the process SIGTERM
+//   wait       testEnd writes the process id to the file "ready" in the working
+//              folder, then waits until a file "go" appears there
+//   rebuilt    testEnd replaces its own executable file, as a rebuild does
+//   exit       testEnd calls exit(3)
+//   quit       testEnd has the application quit itself with status 4
+//   throw      testEnd throws an exception nobody catches
+//   abort      testEnd calls abort()
 //   nodata     no test data path; noshots: no screenshot path
 //   showalert  prints the texts of the final alert once it is up
 // DRIVER_TEST_DATA and DRIVER_SCREENSHOTS name the folders. Every line the
@@ -16,7 +23,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -111,13 +120,36 @@ JTK_TEST(testA) {
     jtkPrintLine("testA sees " + content);
 }
 
+static void waitForGo() {
+    std::ofstream("ready.partial") << getpid() << "\n";
+    std::rename("ready.partial", "ready");
+    while (!std::ifstream("go")) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+}
+
+[[noreturn]] static void sleepForever() {
+    while (true) std::this_thread::sleep_for(std::chrono::seconds(1));
+}
+
 JTK_TEST(testEnd) {
+    if (hasFlag("wait")) waitForGo();
+    if (hasFlag("rebuilt")) {
+        auto self = std::filesystem::read_symlink("/proc/self/exe");
+        std::filesystem::remove(self);
+        std::ofstream(self) << "rebuilt\n";
+    }
     if (hasFlag("end")) JTKTestSuite::endTests();
     if (hasFlag("fatal")) jtkFatalStop("driver app stopped on purpose", "driverTestApp:testEnd");
     if (hasFlag("sigterm")) {
         kill(getpid(), SIGTERM);
-        while (true) std::this_thread::sleep_for(std::chrono::seconds(1));
+        sleepForever();
     }
+    if (hasFlag("exit")) std::exit(3);
+    if (hasFlag("quit")) {
+        desktop::Application::shared()->terminate(4);
+        sleepForever();
+    }
+    if (hasFlag("throw")) throw std::runtime_error("thrown on purpose");
+    if (hasFlag("abort")) std::abort();
 }
 
 JTK_TEST(testB) { jtkPrintLine("testB"); }

@@ -58,6 +58,8 @@ std::string jtkLowercase(const std::string& text) {
 }
 
 JTKKeyStroke jtkKeyStrokeForCharacter(const std::string& character) {
+    // A line break in a test's text means what a person types for it: Return.
+    if (character == "\n" || character == "\r\n") return JTKKeyStroke{jtkKeyCodeTable().at("\r"), 0, {}};
     std::string lower = jtkLowercase(character);
     const auto& table = jtkKeyCodeTable();
     if (auto found = table.find(lower); found != table.end()) {

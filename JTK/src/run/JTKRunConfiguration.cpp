@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "run/JTKConsole.h"
+
 namespace jtk {
 
 const JTKClassMethod* jtkFirstMethodWithPrefix(const JTKMethodList& methods, std::string_view prefix) {
@@ -41,7 +43,8 @@ std::vector<std::string> jtkTextListProvider(const JTKMethodList& methods, std::
     return texts;
 }
 
-std::optional<JTKTestOptions> jtkTestOptionsFromValue(const platform::Value& value) {
+std::optional<JTKTestOptions> jtkTestOptionsFromValue(const platform::Value& value,
+                                                     std::vector<std::string>* unknownOptions) {
     const auto* tests = value.dictionary();
     if (!tests) return std::nullopt;
     JTKTestOptions options;
@@ -53,7 +56,10 @@ std::optional<JTKTestOptions> jtkTestOptionsFromValue(const platform::Value& val
         for (const auto& [key, optionValue] : *entries) {
             auto raw = key.integer();
             auto option = raw ? makeTestOption(*raw) : std::nullopt;
-            if (!option) return std::nullopt;
+            if (!option) {
+                if (unknownOptions) unknownOptions->push_back(key.debugText() + " of " + *testName);
+                continue;
+            }
             converted[*option] = optionValue;
         }
         options[*testName] = std::move(converted);
@@ -65,7 +71,9 @@ JTKTestOptions jtkMergeTestOptions(const JTKMethodList& methods) {
     JTKTestOptions merged;
     for (const auto& method : methods) {
         if (method.name.find("jtkTestOptions") == std::string::npos || !method.invoke) continue;
-        auto options = jtkTestOptionsFromValue(method.invoke()).value_or(JTKTestOptions{});
+        std::vector<std::string> unknown;
+        auto options = jtkTestOptionsFromValue(method.invoke(), &unknown).value_or(JTKTestOptions{});
+        for (const auto& option : unknown) jtkPrintLine("Ignoring unknown option " + option + " in " + method.name);
         for (auto& [name, testOptions] : options) merged[name] = std::move(testOptions);
     }
     return merged;

@@ -33,9 +33,13 @@ std::vector<std::string> jtkTextListProvider(const JTKMethodList& methods, std::
 
 // The options of one provider result: a dictionary of test names to
 // dictionaries of option raw values; none when the result has another shape.
-std::optional<JTKTestOptions> jtkTestOptionsFromValue(const platform::Value& value);
+// An option whose raw value names no option is left out, and described in
+// unknownOptions ("7 of testLogin").
+std::optional<JTKTestOptions> jtkTestOptionsFromValue(const platform::Value& value,
+                                                     std::vector<std::string>* unknownOptions = nullptr);
 // Every provider whose name contains "jtkTestOptions", in list order; a later
-// provider's entry for a test replaces an earlier one's whole.
+// provider's entry for a test replaces an earlier one's whole. Prints one line
+// for each unknown option it leaves out.
 JTKTestOptions jtkMergeTestOptions(const JTKMethodList& methods);
 
 // The sort key of a test: its integer order option, else 0.

@@ -1,9 +1,11 @@
 // The ends of a run. Whatever ends it (the final alert, its timer, endTests,
-// a time-out, a fatal stop, a termination signal), the user's data is put back
+// a time-out, a fatal stop, a stop signal, exit(), an uncaught exception),
+// the user's data is put back
 // first, and only the first end goes on to end the process: a second end
 // that races it waits for the process to go.
 #pragma once
 
+#include <atomic>
 #include <string>
 
 namespace jtk {
@@ -16,8 +18,22 @@ bool jtkDataMovedAside();
 // Puts the user's data back when this process moved it aside; else does nothing.
 void jtkRestoreIfMovedAside();
 
-// From the first call on, SIGINT and SIGTERM restore the user's data (when it
-// is aside) and end the process with status 128 + signal. Idempotent.
+// From the first call on, SIGINT, SIGTERM, SIGHUP, SIGQUIT and SIGABRT restore
+// the user's data (when it is aside) and end the process with status
+// 128 + signal, whatever dispositions the process inherited; SIGPIPE is
+// ignored. Idempotent.
 void jtkWatchTerminationSignals();
+
+// Turns true when a stop signal has arrived: long work under the data
+// environment's lock (copying the test data) ends early, so that the data is
+// put back without waiting for it.
+const std::atomic<bool>& jtkStopRequested();
+
+// For a run of the driver: exit(), a return from main, quick_exit() and
+// std::terminate restore the user's data, print why the run ended and end the
+// process (with exit's status; 134 for terminate). Each call registers the
+// exit handlers again, so that they run before the destructors of statics
+// made up to then.
+void jtkGuardProcessExits();
 
 }  // namespace jtk

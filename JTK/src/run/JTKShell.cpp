@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 
 #include "run/JTKConsole.h"
@@ -131,8 +132,17 @@ JTKShellResult runShellCommandWith(const std::string& shellPath, const std::stri
     posix_spawn_file_actions_adddup2(&actions, errorPipe[1], STDERR_FILENO);
     std::vector<char*> arguments = {const_cast<char*>(shellPath.c_str()), const_cast<char*>("-c"),
                                     const_cast<char*>(command.c_str()), nullptr};
+    // A run ignores SIGPIPE for itself; the commands it starts get the usual default.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    sigaddset(&defaults, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &defaults);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     pid_t child = 0;
-    int spawnError = posix_spawn(&child, shellPath.c_str(), &actions, nullptr, arguments.data(), environ);
+    int spawnError = posix_spawn(&child, shellPath.c_str(), &actions, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     closeAll({outputPipe[1], errorPipe[1]});
     if (spawnError != 0) {

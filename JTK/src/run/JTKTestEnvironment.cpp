@@ -1,12 +1,27 @@
 // JTKTestSuite's data environment: the application's Application Support
 // folder is moved aside to a "_Temp" sibling for the run, filled with the
-// test data, and put back at every end of the run. The user's data is never
-// deleted: it is renamed, not copied, so it cannot be left half-saved.
+// test data, and put back at every end of the run.
+//
+// The user's data is only ever renamed, never copied or deleted, and never
+// renamed over anything. One run per data folder holds its lock; a record
+// beside the folder (".<name>.jtk-aside", written before the move) names the
+// folder a run put aside, so that a later run recovers that folder and
+// nothing else. Every step leaves a state the next run can recover from,
+// whenever the process is killed.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <mutex>
 #include <system_error>
+#include <thread>
 
 #include "run/JTKConsole.h"
+#include "run/JTKDataFolderLock.h"
+#include "run/JTKFileTree.h"
 #include "run/JTKProcessEnd.h"
 #include "run/JTKRunEnd.h"
 #include "JTK/JTKTestSuite.h"
@@ -24,7 +39,12 @@ struct EnvironmentState {
     // Recursive: a restore may be asked for by a fatal stop raised while the
     // same thread prepares the environment.
     std::recursive_mutex mutex;
+    // The run's environment is in place (the user's data, if any, is aside)
+    // for the data folder named by folder.
     bool movedAside = false;
+    fs::path folder;
+    // The folder this process put aside.
+    std::optional<JTKFileIdentity> aside;
 };
 
 EnvironmentState& state() {
@@ -32,43 +52,133 @@ EnvironmentState& state() {
     return instance;
 }
 
-bool existsAt(const fs::path& path) {
-    std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
+// Names beside the data folder, all derived from its own name, cut to 200
+// bytes so that every suffix fits in a file name.
+fs::path besideData(const fs::path& appSupport, const std::string& suffix) {
+    std::string name = appSupport.filename().string().substr(0, 200);
+    return appSupport.parent_path() / ("." + name + suffix);
+}
+fs::path asideRecordFor(const fs::path& appSupport) { return besideData(appSupport, ".jtk-aside"); }
+const std::string discardInfix = ".jtk-discard-";
+
+std::optional<JTKFileIdentity> readAsideRecord(const fs::path& appSupport) {
+    std::ifstream in(asideRecordFor(appSupport));
+    std::string tag;
+    unsigned long long device = 0, inode = 0;
+    if (!(in >> tag >> device >> inode) || tag != "jtk-aside") return std::nullopt;
+    return JTKFileIdentity{static_cast<dev_t>(device), static_cast<ino_t>(inode)};
 }
 
-// Puts a folder left aside by an interrupted run back in place of the test
-// data that run left. Returns an error text when it could not.
-std::string recoverInterruptedRun(const fs::path& appSupport, const fs::path& temp) {
-    std::error_code error;
-    fs::remove_all(appSupport, error);
-    fs::rename(temp, appSupport, error);
+// Written and synced before the move, so that no crash can leave a folder
+// aside without its record. Returns an error text when it could not.
+std::string writeAsideRecord(const fs::path& appSupport, const JTKFileIdentity& identity) {
+    auto record = asideRecordFor(appSupport);
+    auto partial = besideData(appSupport, ".jtk-aside.partial");
+    std::string text = "jtk-aside " + std::to_string(identity.device) + " " + std::to_string(identity.inode) + "\n";
+    int file = open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
+    bool written = file >= 0 && write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+                   fsync(file) == 0;
+    std::error_code error(written ? 0 : errno, std::generic_category());
+    if (file >= 0 && close(file) != 0 && written) error.assign(errno, std::generic_category());
+    if (!error) fs::rename(partial, record, error);
     if (error) {
-        return "Could not recover the Application Support data left by an interrupted run at " + temp.string() +
-               ": " + error.message() + " - Testing cancelled";
+        std::error_code ignored;
+        fs::remove(partial, ignored);
+        return error.message();
     }
-    jtkPrintLine("Recovered Application Support data left by an interrupted run");
+    if (int folder = open(record.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); folder >= 0) {
+        fsync(folder);
+        close(folder);
+    }
     return {};
 }
 
-// Moves the user's data aside and installs the test data. Returns an error
-// text when the run cannot go on.
-std::string prepare(const fs::path& testData, const fs::path& appSupport, const fs::path& temp) {
-    if (existsAt(temp)) {
-        if (auto failure = recoverInterruptedRun(appSupport, temp); !failure.empty()) return failure;
+void removeAsideRecord(const fs::path& appSupport) {
+    std::error_code ignored;
+    fs::remove(asideRecordFor(appSupport), ignored);
+}
+
+// True when the folder at temp is the one a test run recorded putting aside.
+bool putAsideByARun(const fs::path& appSupport, const fs::path& temp) {
+    auto recorded = readAsideRecord(appSupport);
+    return recorded && jtkIdentityOf(temp) == recorded;
+}
+
+std::string notPutAsideByARun(const fs::path& appSupport, const fs::path& temp) {
+    return temp.string() + " was not put aside by a test run, so it may hold data of yours: nothing was changed. "
+                           "Your Application Support data is at " + appSupport.string() + "; move or rename " +
+           temp.string() + " and start again";
+}
+
+// Moves the test data out of the way, then deletes it. The user's data never
+// waits for the delete, and a delete that a crash cuts short is finished by
+// the next run.
+std::optional<fs::path> moveToDiscard(const fs::path& appSupport, std::error_code& error) {
+    auto base = besideData(appSupport, discardInfix + std::to_string(getpid()));
+    return jtkRenameToFreeName(appSupport, base, error);
+}
+
+void deleteDiscarded(const fs::path& discarded) {
+    if (auto error = jtkRemoveTree(discarded)) {
+        jtkPrintLine("Could not delete the test data at " + discarded.string() + ": " + error.message());
     }
+}
+
+void deleteDiscardedByEarlierRuns(const fs::path& appSupport) {
+    std::string prefix = besideData(appSupport, discardInfix).filename().string();
     std::error_code error;
-    if (existsAt(appSupport)) {
-        fs::rename(appSupport, temp, error);
-        if (error) {
-            return "Could not move the Application Support data aside to " + temp.string() + ": " +
-                   error.message() + " - Testing cancelled";
+    std::vector<fs::path> leftovers;
+    for (fs::directory_iterator it(appSupport.parent_path(), error), end; !error && it != end; it.increment(error)) {
+        if (it->path().filename().string().starts_with(prefix)) leftovers.push_back(it->path());
+    }
+    for (const auto& leftover : leftovers) deleteDiscarded(leftover);
+}
+
+std::string timestamp() {
+    std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    std::tm parts{};
+    char buffer[32] = "";
+    if (localtime_r(&now, &parts)) std::strftime(buffer, sizeof buffer, "%Y-%m-%d_%H-%M-%S", &parts);
+    return buffer;
+}
+
+std::string busyMessage(const JTKDataFolderLock& lock, const fs::path& appSupport) {
+    return "Another test run (process " + lock.detail + ") is using " + appSupport.string();
+}
+
+// Puts the folder an earlier run put aside back in place. Whatever is in its
+// place now (that run's test data, and anything saved there since) is kept
+// in a dated folder beside it. Returns an error text when it could not.
+std::string recoverInterruptedRun(const fs::path& appSupport, const fs::path& temp) {
+    std::optional<fs::path> kept;
+    std::error_code error;
+    if (jtkExistsAt(appSupport)) {
+        kept = jtkRenameToFreeName(appSupport, jtkSiblingName(appSupport, "", "_Interrupted_" + timestamp()), error);
+        if (!kept) {
+            return "Could not move " + appSupport.string() + " out of the way to recover the data at " +
+                   temp.string() + ": " + error.message() + " - Testing cancelled";
         }
     }
-    state().movedAside = true;
-    fs::create_directories(appSupport, error);
+    if ((error = jtkRenameNoReplace(temp, appSupport))) {
+        if (kept) jtkRenameNoReplace(*kept, appSupport);  // leave both as they were found
+        return "Could not recover the Application Support data left by an interrupted run at " + temp.string() +
+               ": " + error.message() + " - Testing cancelled";
+    }
+    removeAsideRecord(appSupport);
+    jtkPrintLine("Recovered Application Support data left by an interrupted run");
+    if (kept) {
+        jtkPrintLine("What was in its place (that run's test data and anything saved there since) is kept at " +
+                     kept->string());
+    }
+    return {};
+}
 
-    if (!existsAt(testData)) {
+// Fills the (new) Application Support folder with the test data. Returns an
+// error text when the run cannot go on.
+std::string installTestData(const fs::path& testData, const fs::path& appSupport) {
+    std::error_code error;
+    fs::create_directories(appSupport, error);
+    if (!jtkExistsAt(testData)) {
         jtkPrintLine("Test data folder path was supplied, but no folder exists");
         return {};
     }
@@ -77,17 +187,93 @@ std::string prepare(const fs::path& testData, const fs::path& appSupport, const 
         items.push_back(it->path());
     }
     for (const auto& item : items) {
-        fs::copy(item, appSupport / item.filename(), fs::copy_options::recursive | fs::copy_options::copy_symlinks,
-                 error);
-        if (error) {
-            // A pipe, socket or device below the test data is refused by the copy with a bare EINVAL.
-            std::string reason = error == std::errc::invalid_argument
+        if (auto failure = jtkCopyTree(item, appSupport / item.filename(), &jtkStopRequested())) {
+            std::string reason = failure == std::errc::invalid_argument
                                      ? "it holds something that is neither a file, a folder nor a link"
-                                     : error.message();
+                                 : failure == std::errc::operation_canceled ? "the run was interrupted"
+                                                                            : failure.message();
             return "Could not copy the test data item " + item.string() + ": " + reason + " - Testing cancelled";
         }
     }
     return {};
+}
+
+// Test code installs the test data again while the run's environment is in
+// place: only the test data is replaced.
+std::string replaceTestData(const fs::path& testData, const fs::path& appSupport, const fs::path& temp) {
+    jtkPrintLine(state().aside ? "Copying the test data in again; the Application Support data stays aside at " +
+                                     temp.string()
+                               : std::string("Copying the test data in again"));
+    if (jtkExistsAt(appSupport)) {
+        std::error_code error;
+        auto discarded = moveToDiscard(appSupport, error);
+        if (!discarded) {
+            return "Could not move the test data at " + appSupport.string() + " out of the way: " + error.message() +
+                   " - Testing cancelled";
+        }
+        deleteDiscarded(*discarded);
+    }
+    return installTestData(testData, appSupport);
+}
+
+// Moves the user's data aside and installs the test data. Returns an error
+// text when the run cannot go on.
+std::string prepare(const fs::path& testData, const fs::path& appSupport, const fs::path& temp) {
+    auto lock = jtkLockDataFolder(appSupport);
+    if (lock.outcome == JTKDataFolderLock::Outcome::busy) {
+        return busyMessage(lock, appSupport) + "; this run changed nothing - Testing cancelled";
+    }
+    if (lock.outcome == JTKDataFolderLock::Outcome::failed) {
+        return "Could not make sure that no other test run uses " + appSupport.string() + ": " + lock.detail +
+               " - Testing cancelled";
+    }
+    if (state().movedAside && state().folder == appSupport) return replaceTestData(testData, appSupport, temp);
+    state().aside.reset();
+
+    deleteDiscardedByEarlierRuns(appSupport);
+    if (jtkExistsAt(temp)) {
+        if (!putAsideByARun(appSupport, temp)) return notPutAsideByARun(appSupport, temp) + " - Testing cancelled";
+        if (auto failure = recoverInterruptedRun(appSupport, temp); !failure.empty()) return failure;
+    } else {
+        removeAsideRecord(appSupport);  // a run killed just before its move or just after its restore
+    }
+    if (auto identity = jtkIdentityOf(appSupport)) {
+        if (auto failure = writeAsideRecord(appSupport, *identity); !failure.empty()) {
+            return "Could not record the move of the Application Support data aside: " + failure +
+                   " - Testing cancelled";
+        }
+        if (auto error = jtkRenameNoReplace(appSupport, temp)) {
+            removeAsideRecord(appSupport);
+            return "Could not move the Application Support data aside to " + temp.string() + ": " + error.message() +
+                   " - Testing cancelled";
+        }
+        state().aside = identity;
+    }
+    state().movedAside = true;
+    state().folder = appSupport;
+    return installTestData(testData, appSupport);
+}
+
+// Puts this process's folder back in place of the test data; false when it
+// stays aside.
+bool putBack(const fs::path& appSupport, const fs::path& temp) {
+    std::error_code error;
+    std::optional<fs::path> discarded;
+    if (jtkExistsAt(appSupport) && !(discarded = moveToDiscard(appSupport, error))) {
+        jtkPrintLine("Could not put the Application Support data back: " + error.message() + "; it is kept at " +
+                     temp.string());
+        return false;
+    }
+    if ((error = jtkRenameNoReplace(temp, appSupport))) {
+        if (discarded) jtkRenameNoReplace(*discarded, appSupport);
+        // The data stays whole in the _Temp folder; the next run puts it back.
+        jtkPrintLine("Could not put the Application Support data back: " + error.message() + "; it is kept at " +
+                     temp.string());
+        return false;
+    }
+    removeAsideRecord(appSupport);
+    if (discarded) deleteDiscarded(*discarded);
+    return true;
 }
 
 }  // namespace
@@ -116,29 +302,53 @@ void JTKTestSuite::copyTestDataToApplicationSupport() {
     {
         std::lock_guard lock(state().mutex);
         failure = prepare(*testData, *appSupport, *tempAppSupportURL());
+        // A run stopped before it moved anything leaves nothing behind, its lock included.
+        if (!failure.empty() && !state().movedAside) jtkReleaseDataFolderLock(*appSupport);
     }
-    if (!failure.empty()) jtkFatalStop(failure, "JTK/JTKTestEnvironment");
+    if (!failure.empty()) {
+        // A stop signal cut the copy short: the signal watch ends the run.
+        while (jtkStopRequested()) std::this_thread::sleep_for(std::chrono::hours(1));
+        jtkFatalStop(failure, "JTK/JTKTestEnvironment");
+    }
 }
 
 void JTKTestSuite::restoreApplicationSupportData() {
-    auto appSupport = appSupportURL();
-    if (!appSupport) return;
-    auto temp = *tempAppSupportURL();
     std::lock_guard lock(state().mutex);
+    // The folder this run moved aside, whatever the name reads now (an
+    // executable rebuilt during the run is named "... (deleted)").
+    auto appSupport = state().movedAside ? URL(state().folder) : appSupportURL();
+    if (!appSupport) return;
+    auto temp = *appSupport;
+    temp += "_Temp";
     jtkPrintLine("Restoring Application Support Data");
-    if (!existsAt(temp)) {
+    if (!jtkExistsAt(temp)) {
+        // Nothing aside: nothing to lock against either.
         state().movedAside = false;
+        state().aside.reset();
+        jtkReleaseDataFolderLock(*appSupport);
         return;
     }
-    std::error_code error;
-    fs::remove_all(*appSupport, error);
-    fs::rename(temp, *appSupport, error);
-    if (error) {
-        // The data stays whole in the _Temp folder; the next run puts it back.
-        jtkPrintLine("Could not put the Application Support data back: " + error.message() + "; it is kept at " +
-                     temp.string());
+    auto folderLock = jtkLockDataFolder(*appSupport);
+    if (folderLock.outcome == JTKDataFolderLock::Outcome::busy) {
+        jtkPrintLine(busyMessage(folderLock, *appSupport) + "; its data was left as it is");
+        return;
+    }
+    if (folderLock.outcome == JTKDataFolderLock::Outcome::failed) {
+        jtkPrintLine("Could not make sure that no other test run uses " + appSupport->string() + ": " +
+                     folderLock.detail + "; nothing was restored");
+        return;
+    }
+    bool keepLock = false;  // while the user's data stays aside, no other run may start
+    if (state().aside && jtkIdentityOf(temp) == state().aside) {
+        keepLock = !putBack(*appSupport, temp);
+    } else if (!putAsideByARun(*appSupport, temp)) {
+        jtkPrintLine(notPutAsideByARun(*appSupport, temp));
+    } else if (auto failure = recoverInterruptedRun(*appSupport, temp); !failure.empty()) {
+        jtkPrintLine(failure);  // put aside by an earlier run that never ended
     }
     state().movedAside = false;
+    state().aside.reset();
+    if (!keepLock) jtkReleaseDataFolderLock(*appSupport);
 }
 
 bool jtkDataMovedAside() {

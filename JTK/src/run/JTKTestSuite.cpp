@@ -12,6 +12,7 @@
 #include "run/JTKProcessEnd.h"
 #include "recorder/JTKRecorderController.h"
 #include "run/JTKRunConfiguration.h"
+#include "run/JTKRunEnd.h"
 #include "run/JTKShell.h"
 #include "run/JTKTestRun.h"
 #include "JTK/platform/Dispatch.h"
@@ -94,6 +95,7 @@ void startRun() {
     auto teardownCommands = jtkTextListProvider(methods, "jtkTeardownShellCommands");
 
     runStarted = true;
+    jtkGuardProcessExits();
     JTKTestSuite::copyTestDataToApplicationSupport();
     jtkRunShellCommandList(launchCommands);
 
@@ -106,6 +108,7 @@ void startRun() {
     if (const auto* setup = jtkMethodNamed(methods, "jtkSetup"); setup && setup->invoke) setup->invoke();
 
     testQueue = platform::makeSerialQueue("GUITestQueue");
+    jtkGuardProcessExits();  // again: before the statics made since the first guard
     testQueue->async([methods = std::move(methods), options = std::move(options),
                       teardownCommands = std::move(teardownCommands)] {
         jtkRunTestLoop(methods, options, teardownCommands);

@@ -1,10 +1,9 @@
 // Property-list files through libplist: XML and binary property lists read
 // into dynamic values, dictionaries written as XML property lists.
 //
-// Reading maps booleans, integers, reals, strings, arrays (lists) and
-// dictionaries to the matching values; a date becomes its ISO 8601 text in UTC
-// ("2024-05-01T12:00:00Z") and data its Base64 text, as the XML form writes
-// them; a keyed-archive UID becomes an integer.
+// Reading maps booleans, integers, reals, strings, dates, data, arrays
+// (lists) and dictionaries to the matching values, each keeping its kind; a
+// keyed-archive UID becomes an integer. Writing maps them back.
 #pragma once
 
 #include <filesystem>

@@ -1,7 +1,9 @@
 // The dynamic value that crosses the object runtime: provider results,
-// performed-method results, notification objects and user-info dictionaries.
+// performed-method results, notification objects, user-info dictionaries and
+// the user defaults (dates and data included).
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -16,12 +18,25 @@ class Object;
 class Value;
 
 using ValueList = std::vector<Value>;
+
+// A point in time, as a date in a property list or the user defaults holds it.
+struct Date {
+    std::chrono::system_clock::time_point time;
+    bool operator==(const Date&) const = default;
+};
+
+// Raw bytes, as a data item in a property list or the user defaults holds them.
+struct Data {
+    std::vector<uint8_t> bytes;
+    bool operator==(const Data&) const = default;
+};
+
 // Ordered pairs: keys may be any value (texts, option numbers, objects).
 using ValueDictionary = std::vector<std::pair<Value, Value>>;
 
 class Value {
 public:
-    enum class Kind { none, boolean, integer, real, text, list, dictionary, object };
+    enum class Kind { none, boolean, integer, real, text, list, dictionary, object, date, data };
 
     Value() = default;
     Value(std::nullptr_t) {}
@@ -33,6 +48,8 @@ public:
     Value(std::string s) : data_(std::move(s)) {}
     Value(ValueList l) : data_(std::make_shared<ValueList>(std::move(l))) {}
     Value(ValueDictionary d) : data_(std::make_shared<ValueDictionary>(std::move(d))) {}
+    Value(Date d) : data_(d) {}
+    Value(Data d) : data_(std::make_shared<const Data>(std::move(d))) {}
     template <class T, class = std::enable_if_t<std::is_base_of_v<Object, T>>>
     Value(std::shared_ptr<T> o) : data_(std::static_pointer_cast<Object>(std::move(o))) {
         if (!std::get<std::shared_ptr<Object>>(data_)) data_ = std::monostate{};
@@ -50,6 +67,8 @@ public:
     const ValueList* list() const;
     const ValueDictionary* dictionary() const;
     std::shared_ptr<Object> object() const;
+    std::optional<Date> date() const;
+    const Data* data() const;
 
     // The value stored under key in a dictionary value; null when absent or not a dictionary.
     const Value* find(const Value& key) const;
@@ -62,8 +81,9 @@ public:
     bool operator==(const Value& other) const;
 
 private:
+    // In the order of Kind.
     std::variant<std::monostate, bool, int64_t, double, std::string, std::shared_ptr<ValueList>,
-                 std::shared_ptr<ValueDictionary>, std::shared_ptr<Object>>
+                 std::shared_ptr<ValueDictionary>, std::shared_ptr<Object>, Date, std::shared_ptr<const Data>>
         data_;
 };
 
