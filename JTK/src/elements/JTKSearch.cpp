@@ -1,16 +1,24 @@
-// The application-wide searches of JTKTestSuite: windows, the views of all
-// windows in reading order, and the elements matching a lookup string.
+// The application-wide searches of JTKTestSuite, the waits for an element to
+// appear, and the diagnostics that print the view tree.
+#include <chrono>
 #include <optional>
+#include <thread>
 
-#include "elements/JTKLookup.h"
-#include "run/JTKMainThread.h"
-#include "run/JTKProcessEnd.h"
-#include "elements/JTKSearchPass.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Application.h"
 #include "JTK/platform/Window.h"
+#include "elements/JTKLookup.h"
+#include "elements/JTKSearchPass.h"
+#include "elements/JTKViewTexts.h"
+#include "run/JTKConsole.h"
+#include "run/JTKMainThread.h"
+#include "run/JTKProcessEnd.h"
+#include "run/JTKRunEnd.h"
 
 namespace jtk {
+
+// The application-wide searches of JTKTestSuite: windows, the views of all
+// windows in reading order, and the elements matching a lookup string.
 
 namespace {
 
@@ -95,5 +103,56 @@ std::vector<JTKElement> JTKTestSuite::elementsWhere(const JTKClass& type, const 
         return kept;
     });
 }
+
+// Waiting for an element to appear, and asking once whether one exists.
+
+JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout) {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto pollInterval = std::chrono::microseconds(100000);
+    const auto start = Clock::now();
+    // Whether the count of matching elements is 0 is all the wait needs, so
+    // each poll stops at the first match.
+    bool found = elementExists(lookup, type);
+    while (!found) {
+        // The elapsed time is tested before each sleep: the first search is
+        // made at once, and the last may come up to one sleep after the timeout.
+        // Written so that a timeout that is not a number gives up at once
+        // instead of waiting for ever.
+        double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+        if (!(elapsed <= timeout)) {
+            jtkPrintLine("waitForExistence timeout while looking for element: " + lookup);
+            // Puts the user's data back (restoreApplicationSupportData), then
+            // ends the process; a second end racing this one waits for it.
+            jtkRestoreAndExit(0);
+        }
+        std::this_thread::sleep_for(pollInterval);
+        found = elementExists(lookup, type);
+    }
+    return element(lookup, type);
+}
+
+bool JTKTestSuite::elementExists(const std::string& lookup, std::optional<JTKClass> type) {
+    return jtkOnMainThread([&] { return !JTKSearchPass::applicationElements().matches(lookup, type, 1).empty(); });
+}
+
+// Listings of every view the application-wide searches can see, in reading
+// order, for choosing lookup strings while writing a test.
+
+namespace {
+
+// One line per view of appViews; a view without the text prints an empty line,
+// so the two listings correspond line by line.
+template <class Text>
+void printAllViews(Text text) {
+    jtkOnMainThread([&] {
+        for (const auto& view : JTKTestSuite::appViews()) jtkPrintLine(text(view));
+    });
+}
+
+}  // namespace
+
+void JTKTestSuite::printAllViewNames() { printAllViews(viewName); }
+
+void JTKTestSuite::printAllViewTypes() { printAllViews(viewTypeName); }
 
 }  // namespace jtk

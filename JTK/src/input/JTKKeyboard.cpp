@@ -1,14 +1,79 @@
-// JTKTestSuite's keyboard: keys and text posted to the own process, and
-// modifier holds posted through the HID tap so that mouse events see them.
-#include "run/JTKMainThread.h"
+// The keyboard: key strokes for characters, typeKey, typeText and held
+// modifier keys.
+#include <memory>
+#include <unicode/brkiter.h>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
 #include "JTK/JTKTestSuite.h"
-#include "run/JTKProcessEnd.h"
-#include "input/JTKEventPosting.h"
-#include "input/JTKKeyStrokes.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Process.h"
+#include "input/JTKEventPosting.h"
+#include "input/JTKKeyStrokes.h"
+#include "run/JTKMainThread.h"
+#include "run/JTKProcessEnd.h"
 
 namespace jtk {
+
+const std::map<std::string, uint16_t>& jtkKeyCodeTable() {
+    // Built once (thread-safe static initialisation), read-only afterwards.
+    static const std::map<std::string, uint16_t> table{
+        {"a", 0},  {"b", 11}, {"c", 8},  {"d", 2},  {"e", 14}, {"f", 3},  {"g", 5},    {"h", 4},
+        {"i", 34}, {"j", 38}, {"k", 40}, {"l", 37}, {"m", 46}, {"n", 45}, {"o", 31},   {"p", 35},
+        {"q", 12}, {"r", 15}, {"s", 1},  {"t", 17}, {"u", 32}, {"v", 9},  {"w", 13},   {"x", 7},
+        {"y", 16}, {"z", 6},  {"\r", 36}, {" ", 49}, {"\t", 48},
+    };
+    return table;
+}
+
+const std::map<std::string, uint16_t>& JTKTestSuite::keyCodeMap() { return jtkKeyCodeTable(); }
+
+std::vector<std::string> jtkCharacters(const std::string& text) {
+    std::vector<std::string> characters;
+    if (text.empty()) return characters;
+    icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(text);
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> breaks(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    if (U_FAILURE(status) || !breaks) {
+        // No break rules: fall back to one character per code point.
+        for (int32_t i = 0; i < unicode.length(); i = unicode.moveIndex32(i, 1)) {
+            std::string character;
+            icu::UnicodeString(unicode, i, unicode.moveIndex32(i, 1) - i).toUTF8String(character);
+            characters.push_back(std::move(character));
+        }
+        return characters;
+    }
+    breaks->setText(unicode);
+    int32_t start = breaks->first();
+    for (int32_t end = breaks->next(); end != icu::BreakIterator::DONE; start = end, end = breaks->next()) {
+        std::string character;
+        icu::UnicodeString(unicode, start, end - start).toUTF8String(character);
+        characters.push_back(std::move(character));
+    }
+    return characters;
+}
+
+std::string jtkLowercase(const std::string& text) {
+    icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(text);
+    unicode.toLower(icu::Locale::getRoot());
+    std::string lower;
+    unicode.toUTF8String(lower);
+    return lower;
+}
+
+JTKKeyStroke jtkKeyStrokeForCharacter(const std::string& character) {
+    // A line break in a test's text means what a person types for it: Return.
+    if (character == "\n" || character == "\r\n") return JTKKeyStroke{jtkKeyCodeTable().at("\r"), 0, {}};
+    std::string lower = jtkLowercase(character);
+    const auto& table = jtkKeyCodeTable();
+    if (auto found = table.find(lower); found != table.end()) {
+        return JTKKeyStroke{found->second, lower != character ? platform::eventFlags::shift : 0, {}};
+    }
+    return JTKKeyStroke{0, 0, character};
+}
+
+// JTKTestSuite's keyboard: keys and text posted to the own process, and
+// modifier holds posted through the HID tap so that mouse events see them.
 
 namespace {
 

@@ -1,10 +1,56 @@
+// The test extension: the registry of its class methods and how the driver
+// reads them (providers by name, merged options, test order, tags).
 #include "run/JTKRunConfiguration.h"
 
 #include <algorithm>
+#include <mutex>
 
+#include "JTK/JTKRegistry.h"
 #include "run/JTKConsole.h"
 
 namespace jtk {
+
+// The registry of the test extension's class methods. Registrars run during
+// static initialisation, so the storage is a function-local static.
+
+namespace {
+
+struct Storage {
+    std::mutex mutex;
+    std::vector<JTKClassMethod> methods;  // kept ordered by file, then line
+};
+
+Storage& storage() {
+    static Storage instance;
+    return instance;
+}
+
+}  // namespace
+
+std::vector<JTKClassMethod> JTKRegistry::methods() {
+    auto& store = storage();
+    std::lock_guard lock(store.mutex);
+    return store.methods;
+}
+
+void JTKRegistry::add(JTKClassMethod method) {
+    auto& store = storage();
+    std::lock_guard lock(store.mutex);
+    // After every method of an earlier or equal position: two methods on one
+    // line (a macro that expands to several) keep their registration order.
+    auto position = std::upper_bound(store.methods.begin(), store.methods.end(), method,
+                                     [](const JTKClassMethod& a, const JTKClassMethod& b) {
+                                         if (a.file != b.file) return a.file < b.file;
+                                         return a.line < b.line;
+                                     });
+    store.methods.insert(position, std::move(method));
+}
+
+void removeRegisteredMethods(const std::string& file) {
+    auto& store = storage();
+    std::lock_guard lock(store.mutex);
+    std::erase_if(store.methods, [&](const JTKClassMethod& method) { return method.file == file; });
+}
 
 const JTKClassMethod* jtkFirstMethodWithPrefix(const JTKMethodList& methods, std::string_view prefix) {
     for (const auto& method : methods) {

@@ -1,0 +1,235 @@
+// Every end of a run: the final alert and its timer, endTests, fatal stops,
+// stop signals, exit() and uncaught exceptions. Whatever ends a run puts the
+// user's data back first.
+#include "run/JTKRunEnd.h"
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <exception>
+#include <fcntl.h>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <pthread.h>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+#include "JTK/JTKTestSuite.h"
+#include "JTK/platform/Alert.h"
+#include "JTK/platform/Application.h"
+#include "JTK/platform/RunLoop.h"
+#include "run/JTKConsole.h"
+#include "run/JTKProcessEnd.h"
+#include "run/JTKTestRun.h"
+
+namespace jtk {
+
+// The end of a run: the final alert (with a 4-second timer that ends the run
+// while the alert is still up), endTests and the alert timer's timeout.
+
+void jtkCompleteRun() {
+    // Common modes: the timer also fires while the alert runs modally.
+    static std::shared_ptr<platform::Timer> timer;
+    timer = platform::scheduleTimer(4.0, false, [](platform::Timer&) { JTKTestSuite::timeout(); }, true);
+
+    auto application = platform::sharedApplication();
+    std::string name = application ? application->name() : std::string();
+    auto alert = platform::makeAlert();
+    alert->setMessageText("All Tests Completed Succesfully!");
+    alert->setInformativeText("Application data has been restored and " + name + " will now terminate.");
+    alert->addButtonWithTitle("Quit");
+    alert->runModal();
+    jtkRestoreAndExit(0);
+}
+
+void JTKTestSuite::endTests() { jtkRestoreAndExit(0); }
+
+void JTKTestSuite::timeout() { jtkRestoreAndExit(0); }
+
+// Ending the process: the console is flushed and static destructors are
+// skipped, since other threads may still be using what they would destroy.
+
+namespace {
+
+// Held by the thread that ends the process and never released: any other end
+// that comes later waits here until the process has gone.
+std::recursive_mutex& endLock() {
+    static std::recursive_mutex lock;
+    return lock;
+}
+
+}  // namespace
+
+void jtkExitProcess(int status) {
+    endLock().lock();
+    std::cout.flush();
+    std::cerr.flush();
+    std::fflush(stdout);
+    std::fflush(stderr);
+    std::_Exit(status);
+}
+
+void jtkRestoreAndExit(int status) {
+    endLock().lock();
+    JTKTestSuite::restoreApplicationSupportData();
+    jtkExitProcess(status);
+}
+
+void jtkFatalStop(const std::string& message, const char* location) {
+    endLock().lock();
+    jtkPrintLine(message);
+    std::cout.flush();
+    std::fprintf(stderr, "%s: fatal stop\n", location ? location : "JTK");
+    std::fflush(stderr);
+    jtkRestoreIfMovedAside();
+    jtkExitProcess(1);
+}
+
+// The stop signals during a run (SIGINT, SIGTERM, SIGHUP, SIGQUIT) and
+// SIGABRT: the handler only writes the signal number into a pipe; a watcher
+// thread reads it and ends the run the ordinary way, restoring the user's
+// data first. SIGPIPE is ignored, so that output piped into a reader that
+// goes away cannot end a run with the data aside.
+
+namespace {
+
+int signalPipe[2] = {-1, -1};
+// The process whose run the watcher guards. A child that a test forks
+// inherits the handlers but not the watcher: its signals are its own.
+std::atomic<pid_t> watchedProcess{0};
+
+constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT};
+
+extern "C" void onWatchedSignal(int signalNumber) {
+    int savedErrno = errno;
+    if (getpid() != watchedProcess) {
+        signal(signalNumber, SIG_DFL);
+        raise(signalNumber);
+        errno = savedErrno;
+        return;
+    }
+    unsigned char byte = static_cast<unsigned char>(signalNumber);
+    [[maybe_unused]] auto written = write(signalPipe[1], &byte, 1);
+    if (signalNumber == SIGABRT) {
+        // abort() ends the process as soon as this handler returns: hold this
+        // thread while the watcher puts the data back and ends the process.
+        // Bounded, since a thread that aborted may hold a lock the restore
+        // needs; then the next run recovers the data.
+        struct timespec step {0, 50'000'000};
+        for (int i = 0; i < 200; ++i) nanosleep(&step, nullptr);
+    }
+    errno = savedErrno;
+}
+
+std::atomic<bool> stopRequested{false};
+
+void watch() {
+    while (true) {
+        unsigned char byte = 0;
+        ssize_t count = read(signalPipe[0], &byte, 1);
+        if (count < 0 && errno == EINTR) continue;
+        if (count != 1) return;
+        int signalNumber = byte;
+        stopRequested = true;
+        if (jtkDataMovedAside()) {
+            jtkPrintLine("Run interrupted by signal " + std::to_string(signalNumber));
+            jtkRestoreAndExit(128 + signalNumber);
+        }
+        // Nothing of the user's is aside: end as the signal would have.
+        std::signal(signalNumber, SIG_DFL);
+        std::raise(signalNumber);
+    }
+}
+
+void install(int signalNumber) {
+    // Installed whatever the process inherited: a shell starts background
+    // jobs with SIGINT and SIGQUIT ignored, and a run must still stop cleanly.
+    struct sigaction action {};
+    action.sa_handler = onWatchedSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    sigaction(signalNumber, &action, nullptr);
+}
+
+}  // namespace
+
+const std::atomic<bool>& jtkStopRequested() { return stopRequested; }
+
+void jtkWatchTerminationSignals() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        if (pipe2(signalPipe, O_CLOEXEC) != 0) return;
+        watchedProcess = getpid();
+        fcntl(signalPipe[1], F_SETFL, O_NONBLOCK);
+        // A blocked mask is inherited too: unblock here, before the watcher
+        // thread is made, so that it and this thread can take the signals.
+        sigset_t stops;
+        sigemptyset(&stops);
+        for (int signalNumber : watchedSignals) sigaddset(&stops, signalNumber);
+        pthread_sigmask(SIG_UNBLOCK, &stops, nullptr);
+        std::thread(watch).detach();
+        for (int signalNumber : watchedSignals) install(signalNumber);
+        std::signal(SIGPIPE, SIG_IGN);
+    });
+}
+
+// Ends of a run that do not come through the run driver: test code or the
+// application calling exit() (or returning from main) and an uncaught
+// exception. Left alone, exit() would run static destructors under the test
+// queue's feet and hang joining it, with the user's data still aside; so the
+// guard puts the data back, says why the run ended and ends the process.
+
+namespace {
+
+// The process of the run. A child that a test forks inherits the handlers;
+// its own exit must not touch the run's data.
+std::atomic<pid_t> guardedProcess{0};
+
+bool inTheRunsProcess() { return getpid() == guardedProcess.load(); }
+
+void onExit(int status, void*) {
+    if (!inTheRunsProcess()) return;
+    jtkPrintLine("Run ended early: the process exited with status " + std::to_string(status));
+    jtkRestoreAndExit(status);
+}
+
+extern "C" void onQuickExit() {
+    if (!inTheRunsProcess()) return;
+    jtkPrintLine("Run ended early: the process called quick_exit");
+    jtkRestoreAndExit(1);
+}
+
+[[noreturn]] void onTerminate() {
+    if (!inTheRunsProcess()) std::abort();
+    std::string reason = "std::terminate was called";
+    if (auto exception = std::current_exception()) {
+        try {
+            std::rethrow_exception(exception);
+        } catch (const std::exception& error) {
+            reason = std::string("an uncaught exception: ") + error.what();
+        } catch (...) {
+            reason = "an uncaught exception";
+        }
+    }
+    jtkPrintLine("Run ended by " + reason);
+    jtkRestoreAndExit(128 + 6);  // as abort() would have, by SIGABRT
+}
+
+}  // namespace
+
+void jtkGuardProcessExits() {
+    guardedProcess = getpid();
+    // Handlers run in the reverse order of registration, and the C++ runtime
+    // interleaves them with the destructors of statics made before: each call
+    // registers again, so that the latest guard runs before any of those.
+    on_exit(onExit, nullptr);
+    at_quick_exit(onQuickExit);
+    std::set_terminate(onTerminate);
+}
+
+}  // namespace jtk
