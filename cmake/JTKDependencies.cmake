@@ -5,3 +5,8 @@ find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(nlohmann_json 3 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET GLOBAL libplist-2.0)
+# Drawing on the embedded desktop: cairo for shapes, pango for text, through
+# the desktop's own fontconfig set-up.
+pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET GLOBAL cairo)
+pkg_check_modules(PANGOCAIRO REQUIRED IMPORTED_TARGET GLOBAL pangocairo pangoft2)
+pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET GLOBAL fontconfig)

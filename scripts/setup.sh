@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and the tests need. Idempotent; run
 # as root (or with sudo available) on Debian 12.
 set -euo pipefail
-packages=(cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev libicu-dev libcairo2-dev
+packages=(cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev libicu-dev libcairo2-dev libpango1.0-dev libfontconfig-dev
           libpng-dev libplist-dev nlohmann-json3-dev fonts-dejavu-core procps)
 missing=()
 for p in "${packages[@]}"; do

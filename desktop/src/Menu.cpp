@@ -191,6 +191,16 @@ std::shared_ptr<Menu> Menu::trackingMenu() {
     return currentTracking->root;
 }
 
+std::vector<std::shared_ptr<Menu>> Menu::openMenus() {
+    if (!platform::isMainThread() || !currentTracking || currentTracking->ended) return {};
+    return currentTracking->open;
+}
+
+int Menu::highlightedRow() const {
+    if (!isTracking() || !currentTracking->highlighted) return -1;
+    return indexOfItem(currentTracking->highlighted);
+}
+
 bool Menu::handleTrackingEvent(const platform::Event& event) {
     if (!platform::isMainThread() || !currentTracking || currentTracking->ended) return false;
     Tracking& t = *currentTracking;

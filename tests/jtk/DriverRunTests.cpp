@@ -11,7 +11,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "run/JTKRunConfiguration.h"
 #include "run/JTKShell.h"
+#include "JTK/platform/Process.h"
 
 using namespace jtk;
 
@@ -147,6 +149,10 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
     EXPECT_NE(alert->find("[Quit]"), std::string::npos) << *alert;
     child.output.erase(alert);
 
+    // Nothing of the small test app reaches the default size threshold.
+    const std::string summaryLine = "JTK: Screenshots: 0 stored as new, 0 matched, 0 differed; look in " +
+                                    (root / "shots" / jtkVersionTag(platform::operatingSystemVersionString())).string();
+
     EXPECT_EQ(child.output, concat(startOfRun, {
                                                    "notification JTKTestSuiteStatusUpdate Running testD...",
                                                    "JTK: Running test testD",
@@ -155,6 +161,7 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
                                                    "JTK: Running test testC",
                                                    "testC",
                                                    "notification JTKTestSuiteStatusUpdate Capturing screenshots...",
+                                                   summaryLine,
                                                    "notification JTKTestSuiteStatusUpdate Processing...",
                                                    "tearDownAll",
                                                    "[\"teardown \\\"done\\\"\"]",
