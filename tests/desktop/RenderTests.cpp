@@ -9,7 +9,9 @@
 #include <fstream>
 
 #include "JTK/desktop/FieldEditor.h"
+#include "JTK/desktop/Menu.h"
 #include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/WindowServer.h"
 #include "JTK/desktop/controls/Box.h"
 #include "JTK/desktop/controls/Button.h"
 #include "JTK/desktop/controls/ImageView.h"
@@ -21,6 +23,7 @@
 #include "JTK/desktop/render/Rendering.h"
 #include "JTK/imaging/PNG.h"
 #include "run/JTKShell.h"
+#include "JTK/platform/Dispatch.h"
 
 namespace fs = std::filesystem;
 using platform::Rect;
@@ -131,6 +134,35 @@ TEST_F(Render, capturesHaveTheBoundsSizeAndShowTheirViews) {
     EXPECT_FALSE(desktop::bitmapForView(*scene.label));
     scene.label->setFrameSize({std::nan(""), 24});
     EXPECT_FALSE(desktop::bitmapForView(*scene.label));
+}
+
+TEST_F(Render, anOpenMenuShowsItsRowsAndTheHighlight) {
+    auto menu = desktop::Menu::make("Menu");
+    for (const char* title : {"One", "Two", "Three"}) menu->addItem(desktop::MenuItem::make(title));
+    EXPECT_FALSE(desktop::renderMenu(*menu)) << "a closed menu";
+    std::optional<imaging::Image> open;
+    platform::dispatchAfterMain(0.02, [&] {
+        // The pointer over the second row highlights it in the accent colour.
+        auto frame = menu->frameOnScreen();
+        platform::Event move{};
+        move.type = platform::EventType::mouseMoved;
+        move.location = desktop::WindowServer::eventPointFromScreenPoint({frame.minX() + 30, frame.maxY() - 30});
+        desktop::Menu::handleTrackingEvent(move);
+        open = desktop::renderMenu(*menu);
+        menu->cancelTracking();
+    });
+    menu->popUp({100, 500});
+    ASSERT_TRUE(open);
+    EXPECT_EQ(open->height, 3 * desktop::Menu::rowHeight);
+    auto accentPixels = [&](uint32_t row) {
+        int count = 0;
+        for (uint32_t x = 0; x < open->width; ++x)
+            for (uint32_t y = row * 20 + 4; y < row * 20 + 16; ++y)
+                if (const uint8_t* p = open->pixel(x, y); p[2] > 200 && p[0] < 40) ++count;
+        return count;
+    };
+    EXPECT_EQ(accentPixels(0), 0);
+    EXPECT_GT(accentPixels(1), 500);
 }
 
 // Run by the test below in a child process, with the user's font settings.
