@@ -157,3 +157,16 @@ TEST_F(ScreenshotCapture, unwritableFoldersAndFilesAreReportedAndTheLoopGoesOn) 
     EXPECT_EQ(namesIn(testFolder).size(), 5u);
     EXPECT_TRUE(fs::is_directory(labelFile));
 }
+
+TEST_F(ScreenshotCapture, twoViewsWithOneFileNameMeetInTheStore) {
+    // Same text, place and size: one file name. The later view in walk order
+    // is compared with the file the earlier one left, and differs.
+    auto content = window->desktopContentView();
+    auto twin = testsupport::addView<desktop::Label>(content, platform::Rect{250, 40, 60, 24}, "Twin");
+    auto other = testsupport::addView<desktop::Label>(content, platform::Rect{250, 40, 60, 24}, "Twin");
+    other->setEnabled(false);
+    ASSERT_EQ(screenshotFileName(twin), screenshotFileName(other));
+    capture();
+    EXPECT_TRUE(fs::exists(testFolder / (screenshotFileName(twin) + ".png")));
+    EXPECT_THAT(namesIn(testFolder / "temp"), testing::ElementsAre(screenshotFileName(other) + ".png"));
+}
