@@ -8,3 +8,8 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET GLOBAL libplist-2.0)
 pkg_check_modules(SPNG REQUIRED IMPORTED_TARGET GLOBAL spng)
 pkg_check_modules(DEFLATE REQUIRED IMPORTED_TARGET GLOBAL libdeflate)
+# Drawing on the embedded desktop: cairo for shapes, pango for text, through
+# the desktop's own fontconfig set-up.
+pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET GLOBAL cairo)
+pkg_check_modules(PANGOCAIRO REQUIRED IMPORTED_TARGET GLOBAL pangocairo pangoft2)
+pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET GLOBAL fontconfig)

@@ -3,7 +3,8 @@
 # as root (or with sudo available) on Debian 12.
 set -euo pipefail
 packages=(cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev libicu-dev libcairo2-dev
-          libpng-dev libspng-dev libdeflate-dev libplist-dev nlohmann-json3-dev fonts-dejavu-core procps)
+          libpango1.0-dev libfontconfig-dev libpng-dev libspng-dev libdeflate-dev libplist-dev
+          nlohmann-json3-dev fonts-dejavu-core procps)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -82,12 +82,15 @@ void Alert::buildWindow() {
     double top = height - margin;
     auto message = std::make_shared<Label>(Rect{margin, top - messageHeight, alertWidth - 2 * margin, messageHeight},
                                            messageText_);
+    message->setFont(Font::boldSystem());
     content->addSubview(message);
     if (!informativeText_.empty()) {
         double informativeTop = top - messageHeight - 8;
-        content->addSubview(std::make_shared<Label>(
+        auto informative = std::make_shared<Label>(
             Rect{margin, informativeTop - (informativeHeight - 8), alertWidth - 2 * margin, informativeHeight - 8},
-            informativeText_));
+            informativeText_);
+        informative->setFont(Font::system(12));
+        content->addSubview(informative);
     }
     double right = alertWidth - margin;
     for (const auto& button : buttons_) {

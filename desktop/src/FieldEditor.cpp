@@ -66,7 +66,7 @@ bool FieldEditor::beginEditing(const std::shared_ptr<TextField>& field) {
     setFrame(field->bounds());
     field_ = field;
     text_ = field->stringValue();
-    caret_ = text_.size();
+    caret_ = anchor_ = text_.size();
     movement_ = TextMovement::other;
     editing_ = true;
     if (!window->makeFirstResponder(self)) {
@@ -110,15 +110,25 @@ void FieldEditor::syncWithField(const TextField& field) {
     // shows, from its end, as after any replacement of the whole text.
     if (field.stringValue() == text_) return;
     text_ = field.stringValue();
-    caret_ = text_.size();
+    caret_ = anchor_ = text_.size();
+}
+
+void FieldEditor::setSelectedRange(size_t start, size_t length) {
+    start = std::min(start, text_.size());
+    size_t end = start + std::min(length, text_.size() - start);
+    while (start > 0 && isUtf8Continuation(text_[start])) --start;
+    while (end < text_.size() && isUtf8Continuation(text_[end])) ++end;
+    anchor_ = start;
+    caret_ = end;
 }
 
 void FieldEditor::insertText(const std::string& text) {
     auto field = editedField();
     if (!field || text.empty()) return;
     syncWithField(*field);
-    text_.insert(caret_, text);
-    caret_ += text.size();
+    size_t start = selectionStart();
+    text_.replace(start, selectionLength(), text);
+    caret_ = anchor_ = start + text.size();
     textDidChange();
 }
 
@@ -126,24 +136,37 @@ void FieldEditor::deleteBackward() {
     auto field = editedField();
     if (!field) return;
     syncWithField(*field);
-    if (caret_ == 0) return;
-    size_t start = caret_ - 1;
-    while (start > 0 && isUtf8Continuation(text_[start])) --start;
-    text_.erase(start, caret_ - start);
-    caret_ = start;
+    size_t start = selectionStart(), end = start + selectionLength();
+    if (start == end) {
+        if (start == 0) return;
+        --start;
+        while (start > 0 && isUtf8Continuation(text_[start])) --start;
+    }
+    text_.erase(start, end - start);
+    caret_ = anchor_ = start;
     textDidChange();
 }
 
 void FieldEditor::moveLeft() {
+    if (selectionLength() > 0) {
+        caret_ = anchor_ = selectionStart();
+        return;
+    }
     if (caret_ == 0) return;
     --caret_;
     while (caret_ > 0 && isUtf8Continuation(text_[caret_])) --caret_;
+    anchor_ = caret_;
 }
 
 void FieldEditor::moveRight() {
+    if (selectionLength() > 0) {
+        caret_ = anchor_ = selectionStart() + selectionLength();
+        return;
+    }
     if (caret_ >= text_.size()) return;
     ++caret_;
     while (caret_ < text_.size() && isUtf8Continuation(text_[caret_])) ++caret_;
+    anchor_ = caret_;
 }
 
 void FieldEditor::moveToNextKeyView() {

@@ -126,9 +126,16 @@ bool Menu::performKeyEquivalent(const platform::Event& keyDown) {
 }
 
 double Menu::width() const {
-    size_t longest = 0;
-    for (auto& item : items_) longest = std::max(longest, item->title().size());
-    return std::max(120.0, 7.0 * static_cast<double>(longest) + 40);
+    // Room for the mark column, the title at about 8 points a character, and
+    // the key equivalent (modifier signs and key) or the submenu arrow.
+    double widest = 120;
+    for (auto& item : items_) {
+        double row = 8.0 * static_cast<double>(item->title().size()) + 44;
+        if (item->hasSubmenu()) row += 16;
+        else if (!item->keyEquivalent().empty()) row += 34 + 10.0 * static_cast<double>(item->keyEquivalent().size() + 1);
+        widest = std::max(widest, row);
+    }
+    return widest;
 }
 
 void Menu::openAt(platform::Point topLeft) {
@@ -189,6 +196,16 @@ bool Menu::isTracking() const { return platform::isMainThread() && currentTracki
 std::shared_ptr<Menu> Menu::trackingMenu() {
     if (!platform::isMainThread() || !currentTracking || currentTracking->ended) return nullptr;
     return currentTracking->root;
+}
+
+std::vector<std::shared_ptr<Menu>> Menu::openMenus() {
+    if (!platform::isMainThread() || !currentTracking || currentTracking->ended) return {};
+    return currentTracking->open;
+}
+
+int Menu::highlightedRow() const {
+    if (!isTracking() || !currentTracking->highlighted) return -1;
+    return indexOfItem(currentTracking->highlighted);
 }
 
 bool Menu::handleTrackingEvent(const platform::Event& event) {

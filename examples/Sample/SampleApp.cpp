@@ -8,10 +8,12 @@
 #include "JTK/desktop/MenuItem.h"
 #include "JTK/desktop/controls/Box.h"
 #include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/ImageView.h"
 #include "JTK/desktop/controls/PopUpButton.h"
 #include "JTK/desktop/controls/ScrollView.h"
 #include "JTK/desktop/controls/Slider.h"
 #include "JTK/desktop/controls/TextField.h"
+#include "JTK/desktop/render/DrawContext.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Process.h"
 #include "JTK/platform/UserDefaults.h"
@@ -50,6 +52,19 @@ public:
         nameView(*this, "Status");
         addMethod("hbViewValue", [](jtk::platform::Object&, const Value&) { return Value("Ready"); });
         addMethod("hbModelObject", [this](jtk::platform::Object&, const Value&) { return Value(document_); });
+    }
+
+    // A green badge with the status text, as a status light shows it.
+    void draw(jtk::desktop::DrawContext& context) const override {
+        using jtk::desktop::Color;
+        Rect all = bounds();
+        Rect badge{all.minX() + 0.5, all.minY() + 0.5, all.width() - 1, all.height() - 1};
+        context.fillRoundedRect(badge, badge.height() / 2, Color::rgb(226, 245, 230));
+        context.strokeRoundedRect(badge, badge.height() / 2, Color::rgb(76, 175, 96));
+        double dot = 12;
+        context.fillEllipse({all.minX() + 14, all.midY() - dot / 2, dot, dot}, Color::rgb(52, 168, 83));
+        context.drawText("Ready", {all.minX() + 36, all.minY(), all.width() - 48, all.height()},
+                         {jtk::desktop::Font::boldSystem(), Color::rgb(24, 94, 44)});
     }
 
 private:
@@ -152,6 +167,7 @@ void SampleApp::buildMainWindow() {
     more->setSubmenu(moreColours);
     colours->addItem(more);
     colour->setMenu(colours);
+    colour->selectItemWithTitle("Red");
     content->addSubview(colour);
 
     auto list = std::make_shared<SampleListView>(Rect{20, 20, 250, 170});
@@ -170,7 +186,10 @@ void SampleApp::buildMainWindow() {
     auto settings = std::make_shared<jtk::desktop::Box>(Rect{290, 60, 290, 96}, "Settings");
     auto darkMode = std::make_shared<jtk::desktop::Button>(Rect{10, 40, 150, 24}, "Dark mode", jtk::desktop::Button::Type::checkbox);
     settings->addSubview(darkMode);
-    settings->addSubview(std::make_shared<jtk::desktop::Label>(Rect{10, 10, 150, 24}, "Theme"));
+    auto theme = addLabel(settings, {10, 10, 150, 24}, "Theme: light", "Theme");
+    darkMode->setAction([theme = std::weak_ptr(theme)](jtk::desktop::Button& button) {
+        if (auto label = theme.lock()) label->setStringValue(button.state() ? "Theme: dark" : "Theme: light");
+    });
     content->addSubview(settings);
 
     auto showDetails = std::make_shared<jtk::desktop::Button>(Rect{290, 20, 120, 30}, "Show Details");
@@ -185,8 +204,12 @@ void SampleApp::buildMainWindow() {
 void SampleApp::buildInspectorWindow() {
     inspectorWindow_ = jtk::desktop::Window::make(Rect{720, 200, 300, 200}, "Inspector");
     auto content = inspectorWindow_->desktopContentView();
-    addLabel(content, {20, 160, 260, 24}, "Inspector");
-    content->addSubview(std::make_shared<SampleStatusView>(Rect{20, 100, 260, 40}));
+    auto icon = std::make_shared<jtk::desktop::ImageView>(Rect{20, 140, 48, 48},
+                                                          std::string(JTK_SAMPLE_SOURCE_DIR) + "/Resources/SampleIcon.png");
+    content->addSubview(icon);
+    addLabel(content, {80, 152, 200, 24}, "Inspector");
+    content->addSubview(std::make_shared<SampleStatusView>(Rect{20, 84, 260, 40}));
+    addLabel(content, {20, 40, 260, 24}, "Notes are kept in Documents/");
 }
 
 void SampleApp::buildMainMenu() {

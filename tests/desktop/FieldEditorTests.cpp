@@ -187,3 +187,28 @@ TEST_F(FieldEditorTest, FieldsThatTakeNoKeysAreNotEditedAndReturnPressesTheDefau
 }
 
 }  // namespace
+
+TEST_F(FieldEditorTest, ASelectionIsReplacedByTypingRemovedByDeleteAndCollapsedByArrows) {
+    first->setStringValue("h\xC3\xA9llo world");  // a two-byte character at 1
+    ASSERT_TRUE(first->beginEditing());
+    auto editor = FieldEditor::forWindow(window);
+    editor->setSelectedRange(2, 3);  // starts inside the two-byte character: widened to it
+    EXPECT_EQ(editor->selectionStart(), 1u);
+    EXPECT_EQ(editor->selectionLength(), 4u);
+    editor->insertText("E");
+    EXPECT_EQ(first->stringValue(), "hEo world");
+    EXPECT_EQ(editor->insertionPoint(), 2u);
+    EXPECT_EQ(editor->selectionLength(), 0u);
+
+    editor->setSelectedRange(3, 100);  // clamped to the text
+    editor->deleteBackward();
+    EXPECT_EQ(first->stringValue(), "hEo");
+    editor->setSelectedRange(0, 2);
+    editor->moveRight();
+    EXPECT_EQ(editor->insertionPoint(), 2u);
+    EXPECT_EQ(editor->selectionLength(), 0u);
+    editor->selectAll();
+    editor->moveLeft();
+    EXPECT_EQ(editor->insertionPoint(), 0u);
+    EXPECT_EQ(first->stringValue(), "hEo");
+}

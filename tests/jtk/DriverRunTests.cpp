@@ -13,7 +13,9 @@
 #include <fstream>
 #include <thread>
 
+#include "run/JTKRunConfiguration.h"
 #include "run/JTKShell.h"
+#include "JTK/platform/Process.h"
 
 using namespace jtk;
 
@@ -195,6 +197,10 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
     EXPECT_NE(alert->find("[Quit]"), std::string::npos) << *alert;
     child.output.erase(alert);
 
+    // Nothing of the small test app reaches the default size threshold.
+    const std::string summaryLine = "JTK: Screenshots: 0 stored as new, 0 matched, 0 differed; look in " +
+                                    (root / "shots" / jtkVersionTag(platform::operatingSystemVersionString())).string();
+
     EXPECT_EQ(child.output, concat(startOfRun, {
                                                    "notification JTKTestSuiteStatusUpdate Running testD...",
                                                    "JTK: Running test testD",
@@ -203,6 +209,7 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
                                                    "JTK: Running test testC",
                                                    "testC",
                                                    "notification JTKTestSuiteStatusUpdate Capturing screenshots...",
+                                                   summaryLine,
                                                    "notification JTKTestSuiteStatusUpdate Processing...",
                                                    "tearDownAll",
                                                    "[\"teardown \\\"done\\\"\"]",

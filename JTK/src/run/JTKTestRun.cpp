@@ -30,6 +30,14 @@ bool skipsScreenshots(const JTKTestOptions& options, const std::string& testName
            skip->second.boolean().value_or(false);
 }
 
+// One line on how the captures of the run went and where to look.
+void printScreenshotSummary() {
+    auto root = JTKTestSuite::jtkScreenshotsURL();
+    if (!root) return;
+    auto counts = jtkOnMainThread([] { return JTKScreenshotCapture::counts(); });
+    jtkPrintLine(JTKScreenshotCapture::summaryLine(counts, *root / JTKTestSuite::jtkTestVersion()));
+}
+
 void openComparisonWindow() {
     auto root = JTKTestSuite::jtkScreenshotsURL();
     if (!root) return;  // test code cleared the root; there is nothing to compare
@@ -60,6 +68,7 @@ void jtkRunTestLoop(const JTKMethodList& methods, const JTKTestOptions& options,
         jtkOnMainThread([&] { JTKScreenshotCapture::captureScreenshots(tag); });
     }
 
+    printScreenshotSummary();
     postStatus("Processing...");
     if (const auto* tearDown = jtkFirstMethodWithPrefix(methods, "tearDown"); tearDown && tearDown->invoke) {
         tearDown->invoke();

@@ -8,6 +8,7 @@
 // the user info under "FieldEditor".
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -41,15 +42,24 @@ public:
     const std::string& string() const { return text_; }
     // Byte offset of the insertion point in string().
     size_t insertionPoint() const { return caret_; }
+    // The selected bytes of string(): from selectionStart(), selectionLength()
+    // long; empty (at the insertion point) unless something selects.
+    size_t selectionStart() const { return std::min(anchor_, caret_); }
+    size_t selectionLength() const { return anchor_ > caret_ ? anchor_ - caret_ : caret_ - anchor_; }
+    // Selects the bytes (clamped to the text, widened to whole characters);
+    // the insertion point goes to the selection's end.
+    void setSelectedRange(size_t start, size_t length);
+    void selectAll() { setSelectedRange(0, text_.size()); }
+    // Replaces the selection (or inserts at the insertion point).
     void insertText(const std::string& text);
-    // Removes the character before the insertion point.
+    // Removes the selection, or else the character before the insertion point.
     void deleteBackward();
     void moveLeft();
     void moveRight();
 
     // Return ends editing and gives the keys back to the window; Tab ends it
     // and moves on to the field's next key view; Delete deletes backward; the
-    // arrows move; other keys insert what they type (see charactersOfEvent).
+    // arrows move (collapsing a selection); other keys insert what they type (see charactersOfEvent).
     void keyDown(const platform::Event& event) override;
     bool acceptsFirstResponder() const override { return true; }
     // Giving up the keys ends editing.
@@ -65,6 +75,7 @@ private:
     std::weak_ptr<TextField> field_;
     std::string text_;
     size_t caret_ = 0;
+    size_t anchor_ = 0;  // the other end of the selection; equal to caret_ when none
     bool editing_ = false;
     TextMovement movement_ = TextMovement::other;
 };

@@ -10,6 +10,11 @@ class FrameView : public View {
 public:
     using View::View;
 
+    // The window's background and its title bar with title and buttons.
+    void draw(DrawContext& context) const override;
+    // The outline around the whole window.
+    void drawOverSubviews(DrawContext& context) const override;
+
 private:
     friend class Window;
     using View::setHostWindow;

@@ -70,6 +70,11 @@ public:
 
     // The menu whose tracking loop runs now (main thread), if any.
     static std::shared_ptr<Menu> trackingMenu();
+    // The menus on screen while a menu tracks, the root first and each open
+    // submenu after its parent; empty when none tracks (main thread).
+    static std::vector<std::shared_ptr<Menu>> openMenus();
+    // The row the tracking loop highlights in this menu; -1 when none.
+    int highlightedRow() const;
     // Gives an event to the tracking menu; false when no menu tracks.
     static bool handleTrackingEvent(const platform::Event& event);
 

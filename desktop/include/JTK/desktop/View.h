@@ -14,6 +14,7 @@
 
 namespace jtk::desktop {
 
+class DrawContext;
 class Window;
 
 class View : public platform::View {
@@ -62,6 +63,13 @@ public:
     virtual bool clipsSubviews() const { return false; }
 
     platform::Value accessibilityValue() const override { return {}; }
+
+    // Drawing, in the view's own coordinates and clipped to its bounds (see
+    // render/Rendering.h): draw() paints under the subviews, drawOverSubviews()
+    // on top of them. A plain view is transparent, except a window's content
+    // view, which paints the window's background.
+    virtual void draw(DrawContext& context) const;
+    virtual void drawOverSubviews(DrawContext& /*context*/) const {}
 
     // The deepest visible view that contains the point (in the superview's
     // coordinates), the last subview first; null when the point misses.

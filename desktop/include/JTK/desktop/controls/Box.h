@@ -15,6 +15,8 @@ public:
     const std::string& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
 
+    void draw(DrawContext& context) const override;
+
 private:
     std::string title_;
 };

@@ -54,6 +54,10 @@ public:
 
     platform::Value accessibilityValue() const override;
 
+    // The bezel and title of a push button (pressed, default and disabled
+    // looks), or the box, mark and title of a checkbox.
+    void draw(DrawContext& context) const override;
+
 private:
     bool containsWindowPoint(platform::Point pointInWindow) const;
 

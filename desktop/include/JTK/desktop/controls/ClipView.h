@@ -19,6 +19,8 @@ public:
     void scrollToPoint(platform::Point point);
 
     bool clipsSubviews() const override { return true; }
+    // The document area's white background.
+    void draw(DrawContext& context) const override;
 };
 
 }  // namespace jtk::desktop

@@ -14,6 +14,10 @@ public:
     const std::filesystem::path& imageFile() const { return imageFile_; }
     void setImageFile(std::filesystem::path file) { imageFile_ = std::move(file); }
 
+    // The picture scaled proportionally into the bounds; a placeholder when
+    // the file cannot be read.
+    void draw(DrawContext& context) const override;
+
 private:
     std::filesystem::path imageFile_;
 };

@@ -37,6 +37,9 @@ public:
     void mouseDragged(const platform::Event&, platform::Point) override {}
     void mouseUp(const platform::Event&, platform::Point) override {}
 
+    // A bezel with the selected item's title and the up-and-down arrows.
+    void draw(DrawContext& context) const override;
+
 private:
     void observeMenu();
 

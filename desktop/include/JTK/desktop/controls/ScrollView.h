@@ -36,6 +36,10 @@ public:
 
     void scrollWheel(const platform::Event& event) override;
 
+    // The border and, where the document is larger than the clip view, the
+    // scrollers, over the document.
+    void drawOverSubviews(DrawContext& context) const override;
+
 private:
     std::shared_ptr<ClipView> clipView_;
 };

@@ -38,6 +38,9 @@ public:
     void mouseDragged(const platform::Event& event, platform::Point pointInWindow) override;
     void mouseUp(const platform::Event& event, platform::Point pointInWindow) override;
 
+    // The track, filled up to the knob, and the round knob at the value.
+    void draw(DrawContext& context) const override;
+
 private:
     void trackMouse(platform::Point pointInWindow);
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "JTK/desktop/View.h"
+#include "JTK/desktop/render/Font.h"
 
 namespace jtk::desktop {
 
@@ -26,6 +27,8 @@ public:
     void setEditable(bool editable) { editable_ = editable; }
     bool isEnabled() const { return enabled_; }
     void setEnabled(bool enabled) { enabled_ = enabled; }
+    const Font& font() const { return font_; }
+    void setFont(Font font) { font_ = std::move(font); }
 
     void setOnChange(ChangeHandler handler) { onChange_ = std::move(handler); }
     // Runs the change callback; the field editor calls it after each edit.
@@ -41,11 +44,18 @@ public:
     // does not take the keys or is in no window.
     bool beginEditing();
 
+    // An editable field: a white, bordered box with its text (or the
+    // placeholder) and, while it is edited in the key window, the selection,
+    // the caret and a focus ring. A label: its text only, wrapped when the
+    // label is tall enough for more than one line.
+    void draw(DrawContext& context) const override;
+
 private:
     std::string stringValue_;
     std::string placeholder_;
     bool editable_ = true;
     bool enabled_ = true;
+    Font font_;
     ChangeHandler onChange_;
 };
 

@@ -1,0 +1,74 @@
+#include "screenshots/JTKScreenshotNames.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "elements/JTKViewTexts.h"
+#include "run/JTKMainThread.h"
+#include "run/JTKRunConfiguration.h"
+#include "JTK/platform/Process.h"
+
+namespace jtk {
+
+std::string jtkScreenshotNumber(double value) {
+    if (std::isnan(value)) return "nan";
+    if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
+    // Fixed notation keeps 1000000 from turning into 1e+06; the precision is
+    // still the shortest that reads back as the same double.
+    char buffer[400];
+    auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    std::string text(buffer, result.ptr);
+    if (text.find('.') == std::string::npos) text += ".0";
+    return text;
+}
+
+std::string jtkScreenshotFileName(const std::string& name, const std::string& value, size_t subviewCount,
+                                  platform::Point origin, platform::Size size) {
+    std::string text = name + "_" + value + "_" + std::to_string(subviewCount) + "_(" + jtkScreenshotNumber(origin.x) +
+                       ", " + jtkScreenshotNumber(origin.y) + ")(" + jtkScreenshotNumber(size.width) + ", " +
+                       jtkScreenshotNumber(size.height) + ")";
+    return jtkReplaceAll(std::move(text), "/", "");
+}
+
+std::string screenshotFileName(const std::shared_ptr<platform::View>& view) {
+    if (!view) return jtkScreenshotFileName({}, {}, 0, {}, {});
+    std::string name = viewName(view), value = viewValue(view);
+    return jtkOnMainThread([&] {
+        platform::Rect frame = view->frame();
+        // The frame origin is in the superview's coordinates, but it is
+        // converted as a point of the view's own: that is the name's rule.
+        platform::Point origin = view->convertRectToWindow({frame.origin.x, frame.origin.y, 0, 0}).origin;
+        return jtkScreenshotFileName(name, value, view->subviews().size(), origin, frame.size);
+    });
+}
+
+int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments) {
+    constexpr std::string_view key = "fileSizeThresh=";
+    for (const auto& argument : arguments) {
+        if (argument.find(key) == std::string::npos) continue;
+        std::string rest = jtkReplaceAll(argument, key, "");
+        std::string_view digits = rest;
+        bool negative = false;
+        if (!digits.empty() && (digits.front() == '+' || digits.front() == '-')) {
+            negative = digits.front() == '-';
+            digits.remove_prefix(1);
+        }
+        // from_chars takes no sign of its own and stops at the first non-digit.
+        uint64_t magnitude = 0;
+        auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude);
+        bool whole = !digits.empty() && error == std::errc() && end == digits.data() + digits.size();
+        constexpr auto limit = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
+        if (!whole || magnitude > limit + (negative ? 1 : 0)) return jtkDefaultFileSizeThreshold;
+        if (negative) return magnitude == limit + 1 ? std::numeric_limits<int64_t>::min() : -static_cast<int64_t>(magnitude);
+        return static_cast<int64_t>(magnitude);
+    }
+    return jtkDefaultFileSizeThreshold;
+}
+
+int64_t fileSizeThreshold() {
+    static const int64_t threshold = jtkFileSizeThreshold(platform::processArguments());
+    return threshold;
+}
+
+}  // namespace jtk

@@ -1,0 +1,35 @@
+// The texts of the screenshot store: a view's file name, the numbers in it,
+// and the smallest PNG that is stored (the fileSizeThresh= launch argument).
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "JTK/platform/Geometry.h"
+#include "JTK/platform/View.h"
+
+namespace jtk {
+
+// The shortest decimal text that reads back as the same double, always with a
+// fractional part: 20 gives "20.0", 12.5 gives "12.5", 0.1 gives "0.1".
+std::string jtkScreenshotNumber(double value);
+
+// name_value_subviewCount_(x, y)(width, height) with every "/" removed.
+std::string jtkScreenshotFileName(const std::string& name, const std::string& value, size_t subviewCount,
+                                  platform::Point origin, platform::Size size);
+// The file name of a view (without extension): its name and value texts, its
+// number of direct subviews, its frame origin taken as a point of its own
+// coordinates and converted to window coordinates, and its frame size.
+std::string screenshotFileName(const std::shared_ptr<platform::View>& view);
+
+inline constexpr int64_t jtkDefaultFileSizeThreshold = 30000;
+// The threshold of these launch arguments: the first argument that contains
+// "fileSizeThresh=", with every occurrence of that removed, read as a decimal
+// integer (optional sign, digits, nothing else); else 30000.
+int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments);
+// The threshold of this process's launch arguments, read once on first use.
+int64_t fileSizeThreshold();
+
+}  // namespace jtk

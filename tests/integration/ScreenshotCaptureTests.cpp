@@ -1,0 +1,172 @@
+// Screenshots of a small window on the embedded desktop, filed in a
+// temporary screenshot root: the first capture stores, the second of the same
+// window writes nothing, a changed view lands in temp, and folders or files
+// that cannot be written are reported while the other views go on.
+#include "tests/support/DesktopFixtures.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+#include "JTK/JTKTestSuite.h"
+#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/TextField.h"
+#include "screenshots/JTKScreenshotCapture.h"
+#include "screenshots/JTKScreenshotNames.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The file names and bytes below a folder, with their modification times.
+struct FileState {
+    std::string bytes;
+    fs::file_time_type modified;
+    bool operator==(const FileState&) const = default;
+};
+using Tree = std::map<std::string, FileState>;
+
+Tree treeOf(const fs::path& folder) {
+    Tree tree;
+    if (!fs::exists(folder)) return tree;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        if (!entry.is_regular_file()) continue;
+        std::ifstream in(entry.path(), std::ios::binary);
+        tree[fs::relative(entry.path(), folder).string()] = {
+            {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()}, entry.last_write_time()};
+    }
+    return tree;
+}
+
+std::vector<std::string> namesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    if (fs::exists(folder))
+        for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace
+
+class ScreenshotCapture : public testing::Test {
+protected:
+    void SetUp() override {
+        desktop::RunLoop::main().adoptCurrentThreadAsMain();
+        testsupport::closeAllWindows();
+        // Small views must count: the threshold comes from the launch arguments.
+        static char program[] = "integration_tests", threshold[] = "fileSizeThresh=300";
+        static char* arguments[] = {program, threshold};
+        desktop::setProcessArguments(2, arguments);
+        ASSERT_EQ(fileSizeThreshold(), 300) << "the threshold was read before this fixture set it";
+
+        char pattern[] = "/tmp/jtk-screenshots-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        root = pattern;
+        JTKTestSuite::setJtkScreenshotsURL(root);
+        testFolder = root / JTKTestSuite::jtkTestVersion() / "Small";
+        JTKScreenshotCapture::resetCounts();
+
+        window = testsupport::makeWindow({100, 100, 320, 160}, "Small");
+        auto content = window->desktopContentView();
+        box = testsupport::addView<desktop::Box>(content, platform::Rect{10, 10, 300, 90}, "Options");
+        label = testsupport::addView<desktop::Label>(box, platform::Rect{10, 40, 200, 24}, "Hello there");
+        testsupport::addView<desktop::Button>(box, platform::Rect{10, 8, 120, 30}, "Apply");
+        testsupport::addView<desktop::TextField>(content, platform::Rect{10, 120, 200, 24}, "typed text");
+        tiny = testsupport::addView<desktop::View>(content, platform::Rect{250, 120, 4, 4});
+    }
+
+    void TearDown() override {
+        testsupport::closeAllWindows();
+        desktop::setProcessArguments(0, nullptr);
+        JTKTestSuite::setJtkScreenshotsURL(std::nullopt);
+        std::error_code error;
+        fs::remove_all(root, error);
+    }
+
+    // Captures as a test run does; returns the lines printed meanwhile.
+    std::string capture() {
+        testing::internal::CaptureStdout();
+        JTKScreenshotCapture::captureScreenshots("Small");
+        return testing::internal::GetCapturedStdout();
+    }
+
+    fs::path root, testFolder;
+    std::shared_ptr<desktop::Window> window;
+    std::shared_ptr<desktop::Box> box;
+    std::shared_ptr<desktop::Label> label;
+    std::shared_ptr<desktop::View> tiny;
+};
+
+TEST_F(ScreenshotCapture, storesOnceMatchesAfterwardsAndFilesAChangedViewInTemp) {
+    EXPECT_EQ(capture(), "");
+    auto stored = treeOf(root);
+    // The content view, the box, the label, the button and the text field;
+    // the tiny empty view's PNG is below the threshold.
+    EXPECT_EQ(stored.size(), 5u);
+    EXPECT_EQ(JTKScreenshotCapture::counts().storedAsNew, 5);
+    EXPECT_TRUE(stored.contains(fs::relative(testFolder / (screenshotFileName(label) + ".png"), root).string()));
+    EXPECT_FALSE(fs::exists(testFolder / (screenshotFileName(tiny) + ".png")));
+    EXPECT_FALSE(fs::exists(testFolder / "temp"));
+
+    EXPECT_EQ(capture(), "");
+    EXPECT_EQ(treeOf(root), stored) << "the second capture of the same window wrote a file";
+    EXPECT_EQ(JTKScreenshotCapture::counts().matched, 5);
+    EXPECT_FALSE(fs::exists(testFolder / "temp"));
+
+    // Same name and value, another look: the label's image and the images of
+    // the views that show it (box, content view) land in temp; the accepted
+    // images stay as they were.
+    label->setEnabled(false);
+    EXPECT_EQ(capture(), "");
+    EXPECT_THAT(namesIn(testFolder / "temp"),
+                testing::UnorderedElementsAre(screenshotFileName(window->desktopContentView()) + ".png",
+                                              screenshotFileName(box) + ".png", screenshotFileName(label) + ".png"));
+    for (const auto& [name, state] : stored) EXPECT_EQ(treeOf(root).at(name), state) << name;
+    EXPECT_EQ(JTKScreenshotCapture::counts().differed, 3);
+
+    // New text is a new value, so a new name: a first accepted image of its own.
+    label->setStringValue("Goodbye");
+    capture();
+    EXPECT_TRUE(fs::exists(testFolder / (screenshotFileName(label) + ".png")));
+    EXPECT_EQ(JTKScreenshotCapture::counts().storedAsNew, 6);
+}
+
+TEST_F(ScreenshotCapture, unwritableFoldersAndFilesAreReportedAndTheLoopGoesOn) {
+    // A file where the version folder should be: no folder can be made.
+    fs::create_directories(root);
+    std::ofstream(root / JTKTestSuite::jtkTestVersion()) << "in the way";
+    std::string lines = capture();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 5) << lines;
+    EXPECT_NE(lines.find("Could not create the folder \"" + testFolder.string() + "\": "), std::string::npos) << lines;
+    fs::remove(root / JTKTestSuite::jtkTestVersion());
+
+    // A folder in place of the label's image: unreadable, so missing; and
+    // then it cannot be written. The other views are stored all the same.
+    fs::path labelFile = testFolder / (screenshotFileName(label) + ".png");
+    fs::create_directories(labelFile);
+    lines = capture();
+    EXPECT_EQ(lines, "Could not write the file \"" + labelFile.filename().string() + "\" in the folder \"" +
+                         testFolder.string() + "\": Is a directory\n");
+    EXPECT_EQ(namesIn(testFolder).size(), 5u);
+    EXPECT_TRUE(fs::is_directory(labelFile));
+}
+
+TEST_F(ScreenshotCapture, twoViewsWithOneFileNameMeetInTheStore) {
+    // Same text, place and size: one file name. The later view in walk order
+    // is compared with the file the earlier one left, and differs.
+    auto content = window->desktopContentView();
+    auto twin = testsupport::addView<desktop::Label>(content, platform::Rect{250, 40, 60, 24}, "Twin");
+    auto other = testsupport::addView<desktop::Label>(content, platform::Rect{250, 40, 60, 24}, "Twin");
+    other->setEnabled(false);
+    ASSERT_EQ(screenshotFileName(twin), screenshotFileName(other));
+    capture();
+    EXPECT_TRUE(fs::exists(testFolder / (screenshotFileName(twin) + ".png")));
+    EXPECT_THAT(namesIn(testFolder / "temp"), testing::ElementsAre(screenshotFileName(other) + ".png"));
+}

@@ -1,0 +1,85 @@
+// The texts of the screenshot store: numbers in file names, whole file names,
+// the size threshold from launch arguments, and the version tag of the
+// desktop's operating-system text.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "run/JTKRunConfiguration.h"
+#include "screenshots/JTKScreenshotNames.h"
+#include "JTK/desktop/ProcessInfo.h"
+
+using namespace jtk;
+
+struct NumberCase {
+    double value;
+    const char* text;
+};
+
+class ScreenshotNumber : public testing::TestWithParam<NumberCase> {};
+
+TEST_P(ScreenshotNumber, isTheShortestRoundTripDecimalWithAFraction) {
+    EXPECT_EQ(jtkScreenshotNumber(GetParam().value), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, ScreenshotNumber,
+                         testing::Values(NumberCase{20, "20.0"}, NumberCase{12.5, "12.5"}, NumberCase{0, "0.0"},
+                                         NumberCase{-0.0, "-0.0"}, NumberCase{-130, "-130.0"}, NumberCase{0.1, "0.1"},
+                                         NumberCase{1.0 / 3, "0.3333333333333333"},
+                                         NumberCase{1e6, "1000000.0"},  // never 1e+06
+                                         NumberCase{1e-7, "0.0000001"}, NumberCase{123456.75, "123456.75"}));
+
+TEST(ScreenshotFileName, joinsTheViewTextsAndGeometryWithoutSlashes) {
+    EXPECT_EQ(jtkScreenshotFileName("Save", "", 0, {20, 12}, {80, 32}), "Save__0_(20.0, 12.0)(80.0, 32.0)");
+    EXPECT_EQ(jtkScreenshotFileName("", "Notes are kept in Documents/", 3, {-0.5, 1e6}, {0.25, 24}),
+              "_Notes are kept in Documents_3_(-0.5, 1000000.0)(0.25, 24.0)");
+    EXPECT_EQ(jtkScreenshotFileName("a/b", "/usr/share/x", 0, {0, 0}, {1, 1}), "ab_usrsharex_0_(0.0, 0.0)(1.0, 1.0)");
+}
+
+struct ThresholdCase {
+    std::vector<std::string> arguments;
+    int64_t threshold;
+};
+
+class FileSizeThreshold : public testing::TestWithParam<ThresholdCase> {};
+
+TEST_P(FileSizeThreshold, comesFromTheFirstArgumentThatNamesIt) {
+    EXPECT_EQ(jtkFileSizeThreshold(GetParam().arguments), GetParam().threshold);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Arguments, FileSizeThreshold,
+    testing::Values(ThresholdCase{{"Sample", "uxtest"}, 30000}, ThresholdCase{{"Sample", "fileSizeThresh=5000"}, 5000},
+                    ThresholdCase{{"fileSizeThresh=abc"}, 30000}, ThresholdCase{{"fileSizeThresh="}, 30000},
+                    ThresholdCase{{"-fileSizeThresh=100"}, -100},  // the rest "-100" is an integer
+                    ThresholdCase{{"fileSizeThresh=+42"}, 42}, ThresholdCase{{"fileSizeThresh=12 "}, 30000},
+                    ThresholdCase{{"fileSizeThresh=0x10"}, 30000}, ThresholdCase{{"fileSizeThresh=-"}, 30000},
+                    // Every occurrence is removed, then the rest is read.
+                    ThresholdCase{{"fileSizeThresh=1fileSizeThresh=2"}, 12},
+                    // Only the first argument that contains the key counts.
+                    ThresholdCase{{"fileSizeThresh=x", "fileSizeThresh=10"}, 30000},
+                    ThresholdCase{{"fileSizeThresh=9223372036854775807"}, std::numeric_limits<int64_t>::max()},
+                    ThresholdCase{{"fileSizeThresh=9223372036854775808"}, 30000},
+                    ThresholdCase{{"fileSizeThresh=-9223372036854775808"}, std::numeric_limits<int64_t>::min()}));
+
+struct VersionCase {
+    const char* osRelease;
+    const char* debianVersion;
+    const char* versionTag;
+};
+
+class VersionTagOfTheMachine : public testing::TestWithParam<VersionCase> {};
+
+// The tag drops the minor number, so point releases of one system share
+// their screenshots and another major release gets its own.
+TEST_P(VersionTagOfTheMachine, followsTheMajorRelease) {
+    auto text = desktop::formatOperatingSystemVersion(GetParam().osRelease, GetParam().debianVersion, "6.1.0-28-amd64");
+    EXPECT_EQ(jtkVersionTag(text), GetParam().versionTag) << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(Releases, VersionTagOfTheMachine,
+                         testing::Values(VersionCase{"VERSION_ID=\"12\"\n", "12.8\n", "12"},
+                                         VersionCase{"VERSION_ID=\"12\"\n", "12.11\n", "12"},
+                                         VersionCase{"VERSION_ID=\"13\"\n", "13.1\n", "13"},
+                                         VersionCase{"VERSION_ID=\"22.04\"\n", "bookworm/sid\n", "22"},
+                                         VersionCase{"", "", "0"}));
