@@ -10,22 +10,20 @@
 #include "JTK/desktop/controls/Button.h"
 #include "JTK/desktop/controls/TextField.h"
 #include "JTK/platform/Notifications.h"
-#include "tests/desktop/EventsTestSupport.h"
+#include "tests/support/DesktopFixtures.h"
 
-using namespace jtk;
-
-using namespace eventstest;
-using desktop::FieldEditor;
-using desktop::TextField;
-using platform::Rect;
+using namespace testsupport;
 
 namespace {
 
-class FieldEditorTest : public EventsTest {
+using desktop::FieldEditor;
+using desktop::TextField;
+
+class FieldEditorTest : public DesktopTest {
 protected:
     void SetUp() override {
-        EventsTest::SetUp();
-        window = shownWindow({100, 100, 400, 300});
+        DesktopTest::SetUp();
+        window = makeWindow({100, 100, 400, 300});
         first = std::make_shared<TextField>(Rect{20, 200, 200, 24}, "x");
         second = std::make_shared<TextField>(Rect{20, 150, 200, 24});
         first->setNextKeyView(second);
@@ -40,7 +38,7 @@ protected:
     }
     void TearDown() override {
         for (auto token : tokens) platform::defaultNotificationCenter().removeObserver(token);
-        EventsTest::TearDown();
+        DesktopTest::TearDown();
     }
 
     // "Change first Hi": the name without "Text…Notification", the field, its text.
@@ -70,7 +68,7 @@ protected:
 
 TEST_F(FieldEditorTest, ClickTypeDeleteAndReturnEditTheFieldAndPostEachStep) {
     std::shared_ptr<desktop::View> responderWhileEditing;
-    testsupport::runOnTestQueue([&] {
+    onQueue([&] {
         click(onMain([&] { return centerOnScreen(*first); }));
         typeKey(4, platform::eventFlags::shift);  // H
         typeKey(34);                              // i
@@ -94,8 +92,12 @@ TEST_F(FieldEditorTest, ClickTypeDeleteAndReturnEditTheFieldAndPostEachStep) {
                                                    "DidEndEditing first xHö movement 1"}));
 }
 
-TEST_F(FieldEditorTest, TabEndsEditingAndStartsEditingTheNextKeyView) {
-    testsupport::runOnTestQueue([&] {
+TEST_F(FieldEditorTest, TabEndsEditingAndStartsEditingTheNextKeyViewSkippingViewsThatTakeNoKeys) {
+    auto label = add<TextField>(window->desktopContentView(), Rect{20, 100, 200, 24}, "label");
+    label->setEditable(false);
+    first->setNextKeyView(label);
+    label->setNextKeyView(second);
+    onQueue([&] {
         click(onMain([&] { return centerOnScreen(*first); }));
         typeKey(0);   // a
         typeKey(48);  // Tab
@@ -112,25 +114,8 @@ TEST_F(FieldEditorTest, TabEndsEditingAndStartsEditingTheNextKeyView) {
                                                    "DidChange second b"}));
 }
 
-TEST_F(FieldEditorTest, TabSkipsViewsThatTakeNoKeysAndEndsWhenNothingTakesThem) {
-    auto label = std::make_shared<TextField>(Rect{20, 100, 200, 24}, "label");
-    label->setEditable(false);
-    window->desktopContentView()->addSubview(label);
-    first->setNextKeyView(label);
-    label->setNextKeyView(second);
-    second->setNextKeyView(first);  // a loop back to the start
-    second->setHidden(true);
-    testsupport::runOnTestQueue([&] {
-        click(onMain([&] { return centerOnScreen(*first); }));
-        typeKey(48);
-        drainEvents();
-    });
-    EXPECT_EQ(window->firstResponder(), nullptr);
-    EXPECT_EQ(entries().back(), "DidEndEditing first x movement 2");
-}
-
 TEST_F(FieldEditorTest, ClickingAnotherFieldEndsTheFirstEditingAndKeysWithoutEditingStartIt) {
-    testsupport::runOnTestQueue([&] {
+    onQueue([&] {
         click(onMain([&] { return centerOnScreen(*first); }));
         click(onMain([&] { return centerOnScreen(*second); }));
         typeKey(8);  // c
@@ -148,33 +133,13 @@ TEST_F(FieldEditorTest, ClickingAnotherFieldEndsTheFirstEditingAndKeysWithoutEdi
                                                    "DidChange first xd"}));
 }
 
-TEST_F(FieldEditorTest, TheFieldEditorStaysOutOfHitTestsAndAnswersString) {
-    ASSERT_TRUE(first->beginEditing());
-    auto editor = FieldEditor::forWindow(window);
-    EXPECT_EQ(editor, window->firstResponder());
-    EXPECT_EQ(FieldEditor::forWindow(window), editor) << "one editor per window";
-    auto point = first->convertPointToWindow({5, 5});
-    EXPECT_EQ(window->desktopFrameView()->hitTest(point), first.get());
-    EXPECT_EQ(*editor->performSelector("string").text(), "x");
-    // A text the program sets while editing is what the next key edits.
-    first->setStringValue("new");
-    editor->insertText("!");
-    EXPECT_EQ(first->stringValue(), "new!");
-    editor->moveLeft();
-    editor->moveLeft();
-    editor->deleteBackward();
-    EXPECT_EQ(first->stringValue(), "nw!");
-    EXPECT_EQ(editor->insertionPoint(), 1u);
-}
-
 TEST_F(FieldEditorTest, FieldsThatTakeNoKeysAreNotEditedAndReturnPressesTheDefaultButtonOtherwise) {
     first->setEditable(false);
     int pressed = 0;
-    auto okButton = std::make_shared<desktop::Button>(Rect{250, 20, 80, 30}, "OK");
+    auto okButton = add<desktop::Button>(window->desktopContentView(), Rect{250, 20, 80, 30}, "OK");
     okButton->setKeyEquivalent("\r");
     okButton->setAction([&](desktop::Button&) { ++pressed; });
-    window->desktopContentView()->addSubview(okButton);
-    testsupport::runOnTestQueue([&] {
+    onQueue([&] {
         click(onMain([&] { return centerOnScreen(*first); }));
         typeKey(0);
         typeKey(36);

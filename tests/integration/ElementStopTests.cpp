@@ -1,6 +1,6 @@
-// Ends of a test run caused by element searches, run in a child process
-// (tests/programs/ElementScenarios): the exact message, the exit status, and
-// the user's Application Support data put back in place.
+// Ends of a test run caused by element searches and actions, run in a child
+// process (tests/programs/ElementScenarios): the exact message, the exit
+// status, and the user's Application Support data put back in place.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -91,78 +91,48 @@ protected:
     fs::path scratch;
 };
 
-TEST_F(ElementStop, waitThatRunsOutPrintsRestoresAndExitsZero) {
-    auto result = run("waitTimeout");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(hasLine(result, "waitForExistence timeout while looking for element: Nothing")) << result.errors;
-    EXPECT_TRUE(hasLine(result, "Restoring Application Support Data"));
-    EXPECT_FALSE(hasLine(result, "scenario returned"));
-    // Timeout 0.05: a search at once, one sleep, a second search, then the end.
-    ASSERT_EQ(result.searches.size(), 2u);
-    EXPECT_GE(result.searches[1] - result.searches[0], 95);
+// A scenario, how its process ends, and how many searches it made over how long.
+struct StopCase {
+    const char* scenario;
+    int status;
+    std::string line;       // a line of standard output
+    std::string errorPart;  // a part of standard error
+    size_t maxSearches = 0;  // 0: not counted
+    long minSearchSpanMs = 0;
+};
+
+class ElementStops : public ElementStop, public testing::WithParamInterface<StopCase> {};
+
+TEST_P(ElementStops, printTheMessageEndTheProcessAndPutTheUsersDataBack) {
+    const auto& expected = GetParam();
+    auto result = run(expected.scenario);
+    EXPECT_EQ(result.status, expected.status) << result.errors;
+    EXPECT_TRUE(hasLine(result, expected.line)) << testing::PrintToString(result.lines);
+    EXPECT_NE(result.errors.find(expected.errorPart), std::string::npos) << result.errors;
+    EXPECT_EQ(hasLine(result, "scenario returned"), std::string(expected.scenario) == "found");
+    if (expected.maxSearches > 0) {
+        ASSERT_FALSE(result.searches.empty());
+        EXPECT_LE(result.searches.size(), expected.maxSearches);
+        EXPECT_GE(result.searches.back() - result.searches.front(), expected.minSearchSpanMs);
+    }
     expectUserDataRestored(result);
 }
 
-TEST_F(ElementStop, elementWaitsOneSecondThenEndsTheRun) {
-    auto result = run("elementTimeout");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(hasLine(result, "waitForExistence timeout while looking for element: Nothing"));
-    ASSERT_GE(result.searches.size(), 2u);
-    // The first search of element() and the first of its wait are made at once;
-    // polls follow every 100 ms for a little over a second.
-    EXPECT_GE(result.searches.back() - result.searches.front(), 1000);
-    EXPECT_LE(result.searches.size(), 12u);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, missingSubElementIsAFatalStop) {
-    auto result = run("subElement");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "subElement matching \"Missing\" doesn't exist"));
-    EXPECT_NE(result.errors.find("JTK/JTKElement"), std::string::npos) << result.errors;
-    EXPECT_FALSE(hasLine(result, "scenario returned"));
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, missingSubElementOfTypeNamesTheClass) {
-    auto result = run("subElementType");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "subElement matching type of \"ImageView\" doesn't exist"));
-    EXPECT_NE(result.errors.find("JTK/JTKElement"), std::string::npos);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, missingWindowNamesTheTitleWithoutQuotes) {
-    auto result = run("appWindow");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "window matching Nowhere doesn't exist"));
-    EXPECT_NE(result.errors.find("JTK/JTKTestSuite"), std::string::npos);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, elementWhoseViewIsGoneNamesItsLookupDescription) {
-    auto result = run("goneView");
-    EXPECT_EQ(result.status, 1);
-    // The button's centre is (150, 120) on screen; it has no name.
-    EXPECT_TRUE(hasLine(result, "Element \"150120\" no longer has a view (frameOnScreen)"));
-    EXPECT_NE(result.errors.find("JTK/JTKElement"), std::string::npos);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, keyWindowWithoutAnyWindowStops) {
-    auto result = run("noWindow");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "keyWindow: the application has no window"));
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, foundElementLetsTheBodyGoOn) {
-    auto result = run("found");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(hasLine(result, "found 150120"));
-    EXPECT_TRUE(hasLine(result, "scenario returned"));
-    EXPECT_EQ(result.searches.size(), 1u) << "a lookup that matches at once does not sleep";
-    expectUserDataRestored(result);
-}
+INSTANTIATE_TEST_SUITE_P(
+    Scenarios, ElementStops,
+    testing::Values(
+        // Time-out 0.05 s: a search at once, one sleep of 100 ms, a second search.
+        StopCase{"waitTimeout", 0, "waitForExistence timeout while looking for element: Nothing", "", 2, 95},
+        // element() polls every 100 ms for a little over a second.
+        StopCase{"elementTimeout", 0, "waitForExistence timeout while looking for element: Nothing", "", 12, 1000},
+        StopCase{"subElement", 1, "subElement matching \"Missing\" doesn't exist", "JTK/JTKElement"},
+        StopCase{"subElementType", 1, "subElement matching type of \"ImageView\" doesn't exist", "JTK/JTKElement"},
+        StopCase{"appWindow", 1, "window matching Nowhere doesn't exist", "JTK/JTKTestSuite"},
+        // The button's centre is (150, 120) on screen; it has no name.
+        StopCase{"goneView", 1, "Element \"150120\" no longer has a view (frameOnScreen)", "JTK/JTKElement"},
+        StopCase{"noWindow", 1, "keyWindow: the application has no window", ""},
+        StopCase{"openMenu", 1, "JTK: no menu opened within 5 seconds after clicking 150120", "JTKElement::openMenu"},
+        StopCase{"found", 0, "found 150120", "", 1, 0}),
+    [](const auto& info) { return std::string(info.param.scenario); });
 
 }  // namespace

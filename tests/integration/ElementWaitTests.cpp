@@ -1,28 +1,23 @@
 // Waiting for elements on a live application: the awaited view is added by
 // the main thread while the test queue polls, as in a test run.
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <mutex>
 
-#include "JTK/JTKTestSuite.h"
+#include "JTK/JTKClass.h"
 #include "JTK/desktop/controls/Button.h"
 #include "JTK/platform/Dispatch.h"
-#include "tests/jtk/ElementFixture.h"
+#include "tests/support/DesktopFixtures.h"
 
-using namespace jtk;
+using namespace testsupport;
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using platform::Rect;
 
-class ElementWait : public ElementFixture {
+class ElementWait : public DesktopTest {
 protected:
     void SetUp() override {
-        ElementFixture::SetUp();
-        window = makeWindow(0, 0, 400, 300);
-        content = window->desktopContentView();
+        DesktopTest::SetUp();
+        content = makeWindow({0, 0, 400, 300})->desktopContentView();
         // Every search asks the content view for its name: the times of those
         // calls show when the searches ran.
         content->addMethod("hbViewName", [this](platform::Object&, const platform::Value&) {
@@ -32,8 +27,8 @@ protected:
         });
     }
 
-    // Start times of the searches since start: calls more than 50 ms apart
-    // belong to different searches.
+    // Start times of the searches since start, in seconds: calls more than
+    // 50 ms apart belong to different searches.
     std::vector<double> searchesSince(Clock::time_point start) {
         std::lock_guard lock(mutex);
         std::vector<double> searches;
@@ -48,86 +43,59 @@ protected:
     }
 
     void addLateButton(double delay) {
-        platform::dispatchAfterMain(delay, [this] {
-            late = add<desktop::Button>(content, Rect{10, 10, 80, 20}, "Late");
-        });
+        platform::dispatchAfterMain(delay, [this] { late = add<desktop::Button>(content, Rect{10, 10, 80, 20}, "Late"); });
     }
 
-    std::shared_ptr<desktop::Window> window;
     std::shared_ptr<desktop::View> content;
     std::shared_ptr<desktop::Button> late;
     std::mutex mutex;
     std::vector<Clock::time_point> calls;
 };
 
-TEST_F(ElementWait, lookupThatMatchesAtOnceDoesNotSleep) {
+TEST_F(ElementWait, aLookupThatMatchesAtOnceSearchesOnceAndExistenceNeverWaits) {
     add<desktop::Button>(content, Rect{10, 10, 80, 20}, "Ready");
+    add<desktop::Button>(content, Rect{10, 50, 80, 20}, "Hidden")->setHidden(true);
     Clock::time_point start;
-    std::optional<JTKElement> found;
+    bool hiddenExists = true;
     onQueue([&] {
         start = Clock::now();
-        found.emplace(JTKTestSuite::waitForExistence("Ready", std::nullopt, 1.0));
+        EXPECT_EQ(JTKTestSuite::waitForExistence("Ready", std::nullopt, 1.0).view()->className(), "Button");
     });
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->view()->className(), "Button");
     EXPECT_EQ(searchesSince(start).size(), 1u) << "the count and the final search follow each other at once";
+    onQueue([&] {
+        start = Clock::now();
+        hiddenExists = JTKTestSuite::elementExists("Hidden");
+    });
+    EXPECT_FALSE(hiddenExists);
+    EXPECT_EQ(searchesSince(start).size(), 1u);
 }
 
-TEST_F(ElementWait, viewAppearingAfter250MsIsFoundAfterTheThirdSleep) {
+TEST_F(ElementWait, aViewAppearingAfter250MsIsFoundByTheSearchAfterTheThirdSleep) {
     Clock::time_point start;
-    std::optional<JTKElement> found;
+    std::shared_ptr<platform::View> found;
     double elapsed = 0;
     onQueue([&] {
         start = Clock::now();
         addLateButton(0.25);
-        found.emplace(JTKTestSuite::waitForExistence("Late", std::nullopt, 1.0));
+        found = JTKTestSuite::element("Late").view();
         elapsed = std::chrono::duration<double>(Clock::now() - start).count();
     });
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->view(), late);
+    EXPECT_EQ(found, late);
+    // element() searches once, then waits: searches at 0, 0.1, 0.2 find nothing.
     auto searches = searchesSince(start);
-    // Searches at 0, 0.1, 0.2 find nothing; the one after the third sleep finds it.
     ASSERT_EQ(searches.size(), 4u);
-    EXPECT_GE(elapsed, 0.3);
     EXPECT_GE(searches[3], 0.3);
+    EXPECT_GE(elapsed, 0.3);
 }
 
-TEST_F(ElementWait, elementWaitsForAViewThatAppearsLater) {
-    std::optional<JTKElement> found;
+TEST_F(ElementWait, theClassGivenToTheWaitIsHonouredWhileWaiting) {
+    name(add<desktop::View>(content, Rect{10, 200, 80, 20}), "Late");  // the right name, the wrong class
+    std::shared_ptr<platform::View> found;
     onQueue([&] {
         addLateButton(0.25);
-        found.emplace(JTKTestSuite::element("Late"));
+        found = JTKTestSuite::waitForExistence("Late", jtkClass<desktop::Button>(), 1.0).view();
     });
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->view(), late);
-}
-
-TEST_F(ElementWait, classGivenToTheWaitIsHonouredWhileWaiting) {
-    // A plain view is named "Late" from the start; the awaited button comes later.
-    auto early = add<desktop::View>(content, Rect{10, 200, 80, 20});
-    name(early, "Late");
-    std::optional<JTKElement> found;
-    onQueue([&] {
-        addLateButton(0.25);
-        found.emplace(JTKTestSuite::waitForExistence("Late", jtkClass<desktop::Button>(), 1.0));
-    });
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->view(), late);
-}
-
-TEST_F(ElementWait, existenceIsAskedOnceWithoutWaiting) {
-    auto hidden = add<desktop::Button>(content, Rect{10, 10, 80, 20}, "Hidden");
-    hidden->setHidden(true);
-    Clock::time_point start;
-    bool hiddenExists = true, contentExists = false;
-    onQueue([&] {
-        start = Clock::now();
-        hiddenExists = JTKTestSuite::elementExists("Hidden");
-        contentExists = JTKTestSuite::elementExists("Content");
-    });
-    EXPECT_FALSE(hiddenExists);
-    EXPECT_TRUE(contentExists);
-    EXPECT_EQ(searchesSince(start).size(), 1u);
+    EXPECT_EQ(found, late);
 }
 
 }  // namespace

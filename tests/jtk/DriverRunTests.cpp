@@ -164,30 +164,35 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
     expectUserDataBack();
 }
 
-TEST_F(DriverRun, endTestsStopsTheRunWithTheDataBack) {
-    auto child = run("end");
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output, concat(startOfRun, {"Restoring Application Support Data"}));
+// Ends of a run from inside a test: the lines after the run's start, the
+// status, and a line the end writes to standard error.
+struct EndCase {
+    const char* mode;
+    int status;
+    Lines lastLines;
+    std::string errorLine;
+};
+
+class DriverRunEnd : public DriverRun, public testing::WithParamInterface<EndCase> {};
+
+TEST_P(DriverRunEnd, restoresTheDataBeforeTheProcessEnds) {
+    auto child = run(GetParam().mode);
+    EXPECT_EQ(child.status, GetParam().status);
+    EXPECT_EQ(child.output, concat(startOfRun, GetParam().lastLines));
+    if (!GetParam().errorLine.empty()) {
+        EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), GetParam().errorLine), child.errors.end())
+            << testing::PrintToString(child.errors);
+    }
     expectUserDataBack();
 }
 
-TEST_F(DriverRun, fatalStopRestoresTheDataAndFails) {
-    auto child = run("fatal");
-    EXPECT_EQ(child.status, 1);
-    EXPECT_EQ(child.output, concat(startOfRun, {"driver app stopped on purpose", "Restoring Application Support Data"}));
-    EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), "driverTestApp:testEnd: fatal stop"),
-              child.errors.end())
-        << testing::PrintToString(child.errors);
-    expectUserDataBack();
-}
-
-TEST_F(DriverRun, sigtermRestoresTheData) {
-    auto child = run("sigterm");
-    EXPECT_EQ(child.status, 128 + 15);
-    EXPECT_EQ(child.output,
-              concat(startOfRun, {"Run interrupted by signal 15", "Restoring Application Support Data"}));
-    expectUserDataBack();
-}
+INSTANTIATE_TEST_SUITE_P(
+    Ends, DriverRunEnd,
+    testing::Values(EndCase{"end", 0, {"Restoring Application Support Data"}, ""},
+                    EndCase{"fatal", 1, {"driver app stopped on purpose", "Restoring Application Support Data"},
+                            "driverTestApp:testEnd: fatal stop"},
+                    EndCase{"sigterm", 128 + 15, {"Run interrupted by signal 15", "Restoring Application Support Data"}, ""}),
+    [](const auto& info) { return std::string(info.param.mode); });
 
 TEST_F(DriverRun, trustPollStartsTheRunOnceTrustIsGranted) {
     auto child = run("untrusted,end");

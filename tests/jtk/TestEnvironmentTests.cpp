@@ -93,12 +93,9 @@ protected:
 
 }  // namespace
 
-TEST_F(DataEnvironment, locationsFollowTheDataHomeAndTheApplicationName) {
+TEST_F(DataEnvironment, testDataReplacesTheUsersDataUntilTheRestore) {
     EXPECT_EQ(JTKTestSuite::appSupportURL(), appSupport);
     EXPECT_EQ(JTKTestSuite::tempAppSupportURL(), temp);
-}
-
-TEST_F(DataEnvironment, testDataReplacesTheUsersDataUntilTheRestore) {
     writeFile(appSupport / "user.txt", "mine");
     writeFile(appSupport / "settings" / "deep.txt", "deep");
     writeFile(testData / "sub" / "inner" / "a.txt", "A");
@@ -113,6 +110,8 @@ TEST_F(DataEnvironment, testDataReplacesTheUsersDataUntilTheRestore) {
     EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n");
     EXPECT_EQ(contents(appSupport), (std::vector<std::string>{"settings/deep.txt=deep", "user.txt=mine"}));
     EXPECT_FALSE(fs::exists(temp));
+    EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n") << "a second restore only prints";
+    EXPECT_EQ(contents(appSupport), (std::vector<std::string>{"settings/deep.txt=deep", "user.txt=mine"}));
 }
 
 TEST_F(DataEnvironment, applicationWithoutAFolderKeepsTheTestDataAfterTheRestore) {
@@ -122,14 +121,6 @@ TEST_F(DataEnvironment, applicationWithoutAFolderKeepsTheTestDataAfterTheRestore
     EXPECT_FALSE(fs::exists(temp));
     EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n");
     EXPECT_EQ(contents(appSupport), std::vector<std::string>{"a.txt=A"});
-}
-
-TEST_F(DataEnvironment, secondRestoreOnlyPrints) {
-    writeFile(appSupport / "user.txt", "mine");
-    copyCapturingOutput();
-    restoreCapturingOutput();
-    EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
 }
 
 TEST_F(DataEnvironment, missingTestDataFolderLeavesAnEmptyFolder) {

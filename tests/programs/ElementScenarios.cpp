@@ -1,6 +1,6 @@
 // A small application whose test body ends the process the way element
-// searches do: a wait that runs out, a single-result search that finds
-// nothing, an element whose view has gone. The scenario is the first
+// searches and actions do: a wait that runs out, a single-result search that
+// finds nothing, an element whose view has gone, a click that opens no menu. The scenario is the first
 // argument. Before the body runs, the user's Application Support data
 // ("user.txt") is moved aside for test data, as a test run does, so the
 // caller can check that every end puts it back.
@@ -90,6 +90,7 @@ const std::map<std::string, std::function<void()>>& scenarios() {
              });
              JTKTestSuite::keyWindow();
          }},
+        {"openMenu", [] { JTKTestSuite::element("Save").openMenu(0); }},
         {"found", [] { jtkPrintLine("found " + JTKTestSuite::waitForExistence("Save", std::nullopt, 1).elementLookupDescription()); }},
     };
     return table;

@@ -1,38 +1,182 @@
-// Small helpers that the desktop and framework tests share for building
-// windows and view trees on the embedded desktop (main thread).
+// The fixture of every test that runs on the embedded desktop: the test thread
+// is the main thread, a body may run on a queue as in a test run, and every
+// test starts and ends with no window, no held key or button, no recorder, no
+// open menu, no main menu and the default screen.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
+#include "JTK/JTKElement.h"
+#include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/Screens.h"
+#include "JTK/desktop/View.h"
 #include "JTK/desktop/Window.h"
+#include "JTK/desktop/WindowServer.h"
+#include "JTK/platform/Events.h"
+#include "JTK/platform/Value.h"
+#include "run/JTKMainThread.h"
+#include "tests/support/TestQueue.h"
 
 using namespace jtk;
 
 namespace testsupport {
 
-// Closes every window of the application, so a test starts with none.
-inline void closeAllWindows() {
-    auto windows = desktop::Application::shared()->desktopWindows();
-    for (auto& window : windows) window->close();
-}
+using platform::EventType;
+using platform::Point;
+using platform::Rect;
+using Posted = desktop::WindowServer::PostedEvent;
 
-// A window whose content area is the rectangle on screen, shown and key unless show is false.
-inline std::shared_ptr<desktop::Window> makeWindow(const platform::Rect& contentRect, std::string title,
-                                                   bool show = true) {
-    auto window = desktop::Window::make(contentRect, std::move(title));
-    if (show) window->makeKeyAndOrderFront();
-    return window;
-}
+class DesktopTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        desktop::RunLoop::main().adoptCurrentThreadAsMain();
+        reset();
+    }
+    void TearDown() override { reset(); }
 
-// Makes a view of class V and adds it to parent.
-template <class V, class... Args>
-std::shared_ptr<V> addView(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
-    auto view = std::make_shared<V>(std::forward<Args>(args)...);
-    parent->addSubview(view);
-    return view;
-}
+    static void reset() {
+        JTKTestSuite::setRecorder(nullptr);
+        JTKElement::setCurrentOpenMenu(nullptr);
+        auto app = desktop::Application::shared();
+        auto windows = app->desktopWindows();  // a copy: closing a window changes the list
+        for (auto& window : windows) window->close();
+        app->setMainMenu(nullptr);
+        app->deactivate();
+        desktop::WindowServer::shared().resetState();
+        desktop::setScreens({});
+        pumpMainLoop(0.02);
+        desktop::WindowServer::clearEventLog();
+    }
+
+    // A window whose content area is the rectangle on screen; shown and key unless show is false.
+    static std::shared_ptr<desktop::Window> makeWindow(const Rect& content, std::string title = "Window", bool show = true) {
+        auto window = desktop::Window::make(content, std::move(title));
+        if (show) window->makeKeyAndOrderFront();
+        return window;
+    }
+    template <class V, class... Args>
+    static std::shared_ptr<V> add(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
+        auto view = std::make_shared<V>(std::forward<Args>(args)...);
+        parent->addSubview(view);
+        return view;
+    }
+    // Gives the view a method by name, as an application does.
+    static void answer(const std::shared_ptr<desktop::View>& view, const std::string& selector, platform::Value value) {
+        view->addMethod(selector, [value](platform::Object&, const platform::Value&) { return value; });
+    }
+    static void name(const std::shared_ptr<desktop::View>& view, const std::string& text) {
+        answer(view, "hbViewName", text);
+    }
+
+    static void onQueue(const std::function<void()>& body) { runOnTestQueue(body, 60); }
+    template <class Work>
+    static auto onMain(Work&& work) {
+        return jtkOnMainThread(std::forward<Work>(work));
+    }
+
+    // Waits (off the main thread) until every event posted so far has been
+    // dispatched: a marker key event follows them and a monitor swallows it.
+    static void drainEvents() {
+        constexpr uint16_t markerKey = 0xFFFE;
+        std::atomic<bool> seen{false};
+        auto app = desktop::Application::shared();
+        auto token = app->addLocalMonitorForEvents(platform::eventMaskBit(EventType::keyUp), [&](auto event) {
+            if (event->keyCode != markerKey) return event;
+            seen = true;
+            return std::shared_ptr<platform::Event>{};
+        });
+        auto source = platform::createEventSource(platform::EventSourceState::privateState);
+        platform::postEventToPid(::getpid(), *platform::createKeyboardEvent(source, markerKey, false));
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!seen && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        app->removeMonitor(token);
+        EXPECT_TRUE(seen.load()) << "posted events were not dispatched";
+    }
+    // Polls a condition on the main thread until it holds or time runs out.
+    static bool eventually(const std::function<bool()>& condition) {
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (std::chrono::steady_clock::now() < deadline) {
+            if (onMain(condition)) return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        return false;
+    }
+
+    // Posts a mouse event at a screen point to the HID tap; it keeps the held
+    // flags unless flags are given.
+    static void postMouse(EventType type, Point screenPoint, int64_t clickState = 1, std::optional<uint64_t> flags = {}) {
+        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
+        auto event = platform::createMouseEvent(source, type, desktop::WindowServer::eventPointFromScreenPoint(screenPoint),
+                                                platform::MouseButton::left);
+        event->clickState = clickState;
+        if (flags) event->flags = *flags;
+        platform::postEvent(platform::EventTap::hid, *event);
+    }
+    static void click(Point screenPoint, int64_t clickState = 1) {
+        postMouse(EventType::leftMouseDown, screenPoint, clickState);
+        postMouse(EventType::leftMouseUp, screenPoint, clickState);
+    }
+    // Posts a key press and release to this process.
+    static void typeKey(uint16_t keyCode, uint64_t flags = 0, const std::string& text = {}) {
+        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
+        for (bool down : {true, false}) {
+            auto event = platform::createKeyboardEvent(source, keyCode, down);
+            event->flags = flags;
+            if (!text.empty()) platform::keyboardEventSetUnicodeString(*event, text);
+            platform::postEventToPid(::getpid(), *event);
+        }
+    }
+    static void postFlags(uint64_t flags) {
+        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
+        auto event = platform::createKeyboardEvent(source, platform::noKeyCode, true);
+        event->type = EventType::flagsChanged;
+        event->flags = flags;
+        platform::postEvent(platform::EventTap::hid, *event);
+    }
+    // The centre of a view on screen (main thread).
+    static Point centerOnScreen(const desktop::View& view) {
+        auto rect = view.desktopWindow()->convertRectToScreen(view.convertRectToWindow(view.bounds()));
+        return {rect.midX(), rect.midY()};
+    }
+
+    // The events posted through the window server, optionally only some types.
+    static std::vector<Posted> posted(std::vector<EventType> types = {}) {
+        std::vector<Posted> result;
+        for (auto& entry : desktop::WindowServer::eventLog())
+            if (types.empty() || std::find(types.begin(), types.end(), entry.event.type) != types.end())
+                result.push_back(entry);
+        return result;
+    }
+    static std::vector<Posted> mouseEvents() {
+        return posted({EventType::leftMouseDown, EventType::leftMouseUp, EventType::leftMouseDragged});
+    }
+    static std::vector<EventType> typesOf(const std::vector<Posted>& events) {
+        std::vector<EventType> types;
+        for (auto& entry : events) types.push_back(entry.event.type);
+        return types;
+    }
+};
+
+// A view that keeps a copy of every mouse event routing gives it (main thread).
+class RecordingView : public desktop::View {
+public:
+    using desktop::View::View;
+    void mouseDown(const platform::Event& event, platform::Point) override { received.push_back(event); }
+    void mouseDragged(const platform::Event& event, platform::Point) override { received.push_back(event); }
+    void mouseUp(const platform::Event& event, platform::Point) override { received.push_back(event); }
+    std::vector<platform::Event> received;
+};
 
 }  // namespace testsupport
