@@ -1,11 +1,6 @@
 // Typing into text fields: a click starts editing through the window's field
 // editor, keys edit the field's text, Return and Tab end editing, and every
 // step posts its notification with the field as object.
-#include <gtest/gtest.h>
-
-#include <mutex>
-#include <vector>
-
 #include "JTK/desktop/FieldEditor.h"
 #include "JTK/desktop/controls/Button.h"
 #include "JTK/desktop/controls/TextField.h"
@@ -24,11 +19,9 @@ protected:
     void SetUp() override {
         DesktopTest::SetUp();
         window = makeWindow({100, 100, 400, 300});
-        first = std::make_shared<TextField>(Rect{20, 200, 200, 24}, "x");
-        second = std::make_shared<TextField>(Rect{20, 150, 200, 24});
+        first = add<TextField>(window->desktopContentView(), Rect{20, 200, 200, 24}, "x");
+        second = add<TextField>(window->desktopContentView(), Rect{20, 150, 200, 24});
         first->setNextKeyView(second);
-        window->desktopContentView()->addSubview(first);
-        window->desktopContentView()->addSubview(second);
         first->setOnChange([this](TextField&) { ++changeCallbacks; });
         auto& center = platform::defaultNotificationCenter();
         for (const char* name : {desktop::textDidBeginEditingNotification, desktop::textDidChangeNotification,
@@ -41,7 +34,8 @@ protected:
         DesktopTest::TearDown();
     }
 
-    // "Change first Hi": the name without "Text…Notification", the field, its text.
+    // "DidChange first Hi": the name without "Text…Notification", the field, its
+    // text (posted on the main thread, read there after the test body).
     void record(const platform::Notification& n) {
         auto field = std::dynamic_pointer_cast<TextField>(n.object.object());
         std::string name = n.name.substr(4, n.name.size() - 4 - std::string("Notification").size());
@@ -50,19 +44,13 @@ protected:
         if (auto movement = n.userInfo.find("TextMovement")) entry += " movement " + std::to_string(*movement->integer());
         auto editor = n.userInfo.find("FieldEditor");
         if (!editor || !std::dynamic_pointer_cast<FieldEditor>(editor->object())) entry += " without editor";
-        std::lock_guard lock(mutex);
         log.push_back(entry);
-    }
-    std::vector<std::string> entries() {
-        std::lock_guard lock(mutex);
-        return log;
     }
 
     std::shared_ptr<desktop::Window> window;
     std::shared_ptr<TextField> first, second;
     int changeCallbacks = 0;
     std::vector<uint64_t> tokens;
-    std::mutex mutex;
     std::vector<std::string> log;
 };
 
@@ -87,7 +75,7 @@ TEST_F(FieldEditorTest, ClickTypeDeleteAndReturnEditTheFieldAndPostEachStep) {
     EXPECT_EQ(window->firstResponder(), nullptr);
     EXPECT_TRUE(first->desktopSubviews().empty()) << "the editor leaves the field when editing ends";
     EXPECT_EQ(changeCallbacks, 4);
-    EXPECT_EQ(entries(), (std::vector<std::string>{"DidBeginEditing first x", "DidChange first xH", "DidChange first xHi",
+    EXPECT_EQ(log, (std::vector<std::string>{"DidBeginEditing first x", "DidChange first xH", "DidChange first xHi",
                                                    "DidChange first xH", "DidChange first xHö",
                                                    "DidEndEditing first xHö movement 1"}));
 }
@@ -109,7 +97,7 @@ TEST_F(FieldEditorTest, TabEndsEditingAndStartsEditingTheNextKeyViewSkippingView
     auto editor = std::dynamic_pointer_cast<FieldEditor>(window->firstResponder());
     ASSERT_TRUE(editor);
     EXPECT_EQ(editor->editedField(), second);
-    EXPECT_EQ(entries(), (std::vector<std::string>{"DidBeginEditing first x", "DidChange first xa",
+    EXPECT_EQ(log, (std::vector<std::string>{"DidBeginEditing first x", "DidChange first xa",
                                                    "DidEndEditing first xa movement 2", "DidBeginEditing second ",
                                                    "DidChange second b"}));
 }
@@ -127,7 +115,7 @@ TEST_F(FieldEditorTest, ClickingAnotherFieldEndsTheFirstEditingAndKeysWithoutEdi
     });
     EXPECT_EQ(second->stringValue(), "c");
     EXPECT_EQ(first->stringValue(), "xd");
-    EXPECT_EQ(entries(), (std::vector<std::string>{"DidBeginEditing first x", "DidEndEditing first x movement 0",
+    EXPECT_EQ(log, (std::vector<std::string>{"DidBeginEditing first x", "DidEndEditing first x movement 0",
                                                    "DidBeginEditing second ", "DidChange second c",
                                                    "DidEndEditing second c movement 0", "DidBeginEditing first x",
                                                    "DidChange first xd"}));
@@ -148,7 +136,7 @@ TEST_F(FieldEditorTest, FieldsThatTakeNoKeysAreNotEditedAndReturnPressesTheDefau
     EXPECT_EQ(first->stringValue(), "x");
     EXPECT_EQ(window->firstResponder(), nullptr);
     EXPECT_EQ(pressed, 1);
-    EXPECT_TRUE(entries().empty());
+    EXPECT_TRUE(log.empty());
 }
 
 }  // namespace

@@ -1,9 +1,6 @@
+// The main run loop's modes: timers of the common modes fire inside a nested
+// modal loop while default-mode ones wait, and stop ends only the inner level.
 #include <gtest/gtest.h>
-
-#include <atomic>
-#include <chrono>
-#include <thread>
-#include <vector>
 
 #include "JTK/desktop/RunLoop.h"
 #include "JTK/platform/Dispatch.h"
@@ -11,21 +8,9 @@
 #include "tests/support/TestQueue.h"
 
 using namespace jtk;
-
 using namespace std::chrono_literals;
 
-TEST(RunLoop, MainQueueWorkFromAnotherThreadRunsOnTheMainThreadInOrder) {
-    std::vector<int> order;
-    testsupport::runOnTestQueue([&] {
-        for (int i = 0; i < 5; ++i) platform::dispatchAsyncMain([&order, i] { order.push_back(i); });
-        bool onMain = false;
-        platform::dispatchSyncMain([&] { onMain = platform::isMainThread(); });
-        EXPECT_TRUE(onMain);
-    });
-    EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 3, 4}));
-}
-
-TEST(RunLoop, CommonModeTimersFireInsideANestedModalLoopAndDefaultOnesWait) {
+TEST(RunLoop, commonModeTimersFireInsideANestedModalLoopAndDefaultOnesWait) {
     auto& loop = desktop::RunLoop::main();
     loop.adoptCurrentThreadAsMain();
     int common = 0, defaultOnly = 0;
@@ -40,33 +25,16 @@ TEST(RunLoop, CommonModeTimersFireInsideANestedModalLoopAndDefaultOnesWait) {
     t2->invalidate();
 }
 
-TEST(RunLoop, MainQueueIsServedWhileANestedLoopRunsAndStopEndsOnlyTheInnerLevel) {
+TEST(RunLoop, theMainQueueIsServedInsideANestedLoopAndStopEndsOnlyThatLevel) {
     auto& loop = desktop::RunLoop::main();
     bool innerEnded = false, outerSawIt = false;
     testsupport::runOnTestQueue([&] {
         platform::dispatchSyncMain([&] {
-            // A nested tracking loop started from main-queue work.
             platform::dispatchAfterMain(0.02, [&] { loop.stop(); });
-            loop.runMode(platform::RunLoopMode::eventTracking);
+            loop.runMode(platform::RunLoopMode::eventTracking);  // as a menu's tracking loop does
             innerEnded = true;
         });
         platform::dispatchSyncMain([&] { outerSawIt = innerEnded; });
     });
     EXPECT_TRUE(outerSawIt);
-}
-
-TEST(SerialQueue, RunsWorkInOrderAndDelayedWorkWhenDue) {
-    auto queue = platform::makeSerialQueue("q");
-    std::vector<int> order;
-    std::atomic<bool> done{false};
-    queue->after(0.03, [&] {
-        order.push_back(3);
-        done = true;
-    });
-    queue->async([&] { order.push_back(1); });
-    queue->sync([&] { order.push_back(2); });
-    while (!done) std::this_thread::sleep_for(1ms);
-    queue->sync([] {});
-    EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
-    EXPECT_EQ(queue->label(), "q");
 }

@@ -1,17 +1,16 @@
 // What the desktop tells about the process and the system: the operating
 // system's version text, the launch arguments, the Application Support
-// folder, accessibility trust and the system log.
+// folder and accessibility trust.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <filesystem>
-#include <fstream>
 #include <regex>
 #include <thread>
 
 #include "JTK/desktop/ProcessInfo.h"
 #include "JTK/platform/Process.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk;
 
@@ -40,25 +39,20 @@ TEST(ServicesProcessInfo, argumentsAreTheOnesTheApplicationGaveElseTheProcessCom
     desktop::setProcessArguments(0, nullptr);
     EXPECT_EQ(std::filesystem::path(platform::processArguments().at(0)).filename(),
               std::filesystem::read_symlink("/proc/self/exe").filename());
-    auto path = std::filesystem::temp_directory_path() / ("services-cmdline-" + std::to_string(::getpid()));
-    std::ofstream(path, std::ios::binary) << std::string_view("app\0with space\0\0last\0", 21);
-    EXPECT_EQ(desktop::readCommandLine(path), (std::vector<std::string>{"app", "with space", "", "last"}));
-    std::filesystem::remove(path);
-    EXPECT_TRUE(desktop::readCommandLine(path).empty());
+    testsupport::ScratchFolder scratch;
+    testsupport::writeFile(scratch.path / "cmdline", std::string("app\0with space\0\0last\0", 21));
+    EXPECT_EQ(desktop::readCommandLine(scratch.path / "cmdline"), (std::vector<std::string>{"app", "with space", "", "last"}));
+    EXPECT_TRUE(desktop::readCommandLine(scratch.path / "missing").empty());
 }
 
 TEST(ServicesProcessInfo, applicationSupportFollowsTheDataHomeRules) {
-    std::string oldData = std::getenv("XDG_DATA_HOME") ? std::getenv("XDG_DATA_HOME") : "";
-    std::string oldHome = std::getenv("HOME") ? std::getenv("HOME") : "";
     auto with = [](const char* data, const char* home) {
-        data ? ::setenv("XDG_DATA_HOME", data, 1) : ::unsetenv("XDG_DATA_HOME");
-        home ? ::setenv("HOME", home, 1) : ::unsetenv("HOME");
+        testsupport::ScopedEnvironment dataHome("XDG_DATA_HOME", data), homeFolder("HOME", home);
         return platform::applicationSupportDirectory();
     };
     EXPECT_EQ(with("/srv/data", "/home/tester"), std::filesystem::path("/srv/data"));
     EXPECT_EQ(with("relative/data", "/home/tester"), std::filesystem::path("/home/tester/.local/share"));
     EXPECT_EQ(with(nullptr, nullptr), std::nullopt);
-    with(oldData.empty() ? nullptr : oldData.c_str(), oldHome.empty() ? nullptr : oldHome.c_str());
 }
 
 TEST(ServicesProcessInfo, trustCanBeTakenAwayPromptedForSilentlyAndGrantedFromAnotherThread) {
@@ -79,13 +73,6 @@ TEST(ServicesProcessInfo, trustCanBeTakenAwayPromptedForSilentlyAndGrantedFromAn
     desktop::setAccessibilityTrusted(true);
     poller.join();
     EXPECT_TRUE(platform::isProcessTrusted());
-}
-
-TEST(ServicesProcessInfo, theSystemLogWritesOneLineToStandardError) {
-    testing::internal::CaptureStderr();
-    platform::systemLog("FakeKey: No event source");
-    platform::systemLog("two\nlines");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "FakeKey: No event source\ntwo lines\n");
 }
 
 }  // namespace

@@ -1,51 +1,21 @@
 // Whole test launches of a small application (tests/programs/driverTestApp)
 // in a child process: the order of a run and its lines, the final alert and
-// its timer, endTests, fatal stops and SIGTERM (all with the user's data put
-// back), the trust poll, a folder left by an interrupted run, and launches
-// that never start a run.
+// its timer, every other end of a run (all with the user's data put back),
+// the trust poll, a folder left by an interrupted run, and launches that
+// never start a run.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 
 #include "run/JTKShell.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk;
-
-namespace fs = std::filesystem;
+using namespace testsupport;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-fs::path binDirectory() {
-    if (const char* dir = std::getenv("JTK_BIN_DIR")) return dir;
-    return fs::read_symlink("/proc/self/exe").parent_path();
-}
-
-std::string quoted(const std::string& text) {
-    std::string result = "'";
-    for (char c : text) result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
-}
-
-void writeFile(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << text;
-}
-
-// Every file below folder as "relative/path", sorted.
-Lines files(const fs::path& folder) {
-    Lines entries;
-    if (!fs::exists(folder)) return entries;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) entries.push_back(fs::relative(entry.path(), folder).string());
-    }
-    std::sort(entries.begin(), entries.end());
-    return entries;
-}
 
 struct ChildRun {
     int status = -1;
@@ -56,36 +26,19 @@ struct ChildRun {
 class DriverRun : public testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/jtk-driver-run-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        root = pattern;
-        appSupport = root / "data" / "driverTestApp";
-        temp = root / "data" / "driverTestApp_Temp";
         writeFile(appSupport / "user.txt", "mine");
         writeFile(root / "testdata" / "a.txt", "A");
     }
 
-    void TearDown() override {
-        std::error_code error;
-        fs::remove_all(root, error);
-    }
-
-    ChildRun run(const std::string& mode, const std::string& argument = "-uxtest",
-                 const std::string& screenshots = "") {
-        std::string command = "cd " + quoted(root.string()) + " && XDG_DATA_HOME=" + quoted((root / "data").string()) +
-                              " XDG_CONFIG_HOME=" + quoted((root / "config").string()) +
-                              " DRIVER_MODE=" + quoted(mode) +
-                              " DRIVER_TEST_DATA=" + quoted((root / "testdata").string()) +
-                              " DRIVER_SCREENSHOTS=" +
-                              quoted(screenshots.empty() ? (root / "shots").string() : screenshots) +
-                              " timeout -s KILL 120 " + quoted((binDirectory() / "driverTestApp").string()) + " " +
-                              quoted(argument);
-        auto result = runShellCommand(command);
+    ChildRun run(const std::string& mode, const std::string& argument = "-uxtest", const std::string& screenshots = "") {
+        auto result = runShellCommand(
+            "cd " + quoted(root) + " && XDG_DATA_HOME=" + quoted(root / "data") + " XDG_CONFIG_HOME=" +
+            quoted(root / "config") + " DRIVER_MODE=" + quoted(mode) + " DRIVER_TEST_DATA=" + quoted(root / "testdata") +
+            " DRIVER_SCREENSHOTS=" + quoted(screenshots.empty() ? (root / "shots").string() : screenshots) +
+            " timeout -s KILL 120 " + quoted(binDirectory() / "driverTestApp") + " " + quoted(argument));
         ChildRun child{result.status, result.outputLines, result.errorLines, std::chrono::steady_clock::now()};
-        for (const auto& line : child.errors) {
-            EXPECT_EQ(line.find("Sanitizer"), std::string::npos) << testing::PrintToString(child.errors);
-            EXPECT_EQ(line.find("runtime error"), std::string::npos) << testing::PrintToString(child.errors);
-        }
+        for (const auto& line : child.errors)
+            EXPECT_TRUE(line.find("Sanitizer") == line.npos && line.find("runtime error") == line.npos) << line;
         // The idle wait's own lines depend on the machine's load.
         std::erase_if(child.output, [](const std::string& line) {
             return line.starts_with("wait duration = ") || line == "Couldn't determine idle state - timing out";
@@ -94,150 +47,115 @@ protected:
     }
 
     void expectUserDataBack() {
-        EXPECT_EQ(files(appSupport), Lines{"user.txt"});
+        EXPECT_EQ(readFile(appSupport / "user.txt"), "mine");
+        EXPECT_EQ(std::distance(fs::directory_iterator(appSupport), fs::directory_iterator()), 1);
         EXPECT_FALSE(fs::exists(temp));
     }
 
-    fs::path root, appSupport, temp;
+    ScratchFolder scratch;
+    fs::path root = scratch.path, appSupport = root / "data" / "driverTestApp", temp = root / "data" / "driverTestApp_Temp";
 };
 
-const Lines startOfRun = {
-    "[\"launched\"]",
-    "[\"a.txt\"]",  // the test data is in place before the launch commands run
-    "setup prompts=0 recorder=driverTestApp.cpp",
-    "waiting for idle",
-    "notification JTKTestSuiteStatusUpdate Running testB...",
-    "JTK: Running test testB",
-    "testB",
-    "notification JTKTestSuiteStatusUpdate Running testA...",
-    "JTK: Running test testA",
-    "testA sees A",
-    "notification JTKTestSuiteStatusUpdate Running testEnd...",
-    "JTK: Running test testEnd",
-};
-
-Lines concat(Lines a, const Lines& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
+// The lines of a run up to its last test, which may end it.
+Lines startOfRun(int prompts = 0, Lines before = {}, Lines after = {}) {
+    Lines lines = {
+        "[\"launched\"]",
+        "[\"a.txt\"]",  // the test data is in place before the launch commands run
+        "setup prompts=" + std::to_string(prompts) + " recorder=driverTestApp.cpp",
+        "waiting for idle",
+    };
+    for (const char* test : {"testB", "testA", "testEnd"}) {
+        lines.push_back(std::string("notification JTKTestSuiteStatusUpdate Running ") + test + "...");
+        lines.push_back(std::string("JTK: Running test ") + test);
+        if (test != std::string("testEnd")) lines.push_back(test == std::string("testA") ? "testA sees A" : test);
+    }
+    before.insert(before.end(), lines.begin(), lines.end());
+    before.insert(before.end(), after.begin(), after.end());
+    return before;
 }
 
-}  // namespace
-
-TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
+TEST_F(DriverRun, aFullRunGoesInOrderAndEndsByTheAlertTimerWithTheDataBack) {
     auto child = run("showalert");
     ASSERT_EQ(child.status, 0) << testing::PrintToString(child.output) << testing::PrintToString(child.errors);
-
+    auto take = [&](const std::string& prefix) {
+        auto line = std::find_if(child.output.begin(), child.output.end(), [&](auto& l) { return l.starts_with(prefix); });
+        if (line == child.output.end()) return std::string();
+        std::string text = line->substr(prefix.size());
+        child.output.erase(line);
+        return text;
+    };
     // The alert is up from the completion on; its timer ends the process 4 s later.
-    ASSERT_GE(child.output.size(), 3u);
-    auto completed = std::find_if(child.output.begin(), child.output.end(),
-                                  [](const std::string& line) { return line.starts_with("completed at "); });
-    ASSERT_NE(completed, child.output.end());
-    auto completedAt = std::chrono::steady_clock::time_point(
-        std::chrono::steady_clock::duration(std::stoll(completed->substr(13))));
+    auto completedAt = std::chrono::steady_clock::time_point(std::chrono::steady_clock::duration(std::stoll(take("completed at "))));
     EXPECT_GE(child.ended - completedAt, std::chrono::milliseconds(3900));
-    child.output.erase(completed);
-
-    auto alert = std::find_if(child.output.begin(), child.output.end(),
-                              [](const std::string& line) { return line.starts_with("alert shows "); });
-    ASSERT_NE(alert, child.output.end());
-    EXPECT_NE(alert->find("[All Tests Completed Succesfully!]"), std::string::npos) << *alert;
-    EXPECT_NE(alert->find("[Application data has been restored and driverTestApp will now terminate.]"),
-              std::string::npos)
-        << *alert;
-    EXPECT_NE(alert->find("[Quit]"), std::string::npos) << *alert;
-    child.output.erase(alert);
-
-    EXPECT_EQ(child.output, concat(startOfRun, {
-                                                   "notification JTKTestSuiteStatusUpdate Running testD...",
-                                                   "JTK: Running test testD",
-                                                   "testD",
-                                                   "notification JTKTestSuiteStatusUpdate Running testC...",
-                                                   "JTK: Running test testC",
-                                                   "testC",
-                                                   "notification JTKTestSuiteStatusUpdate Capturing screenshots...",
-                                                   "notification JTKTestSuiteStatusUpdate Processing...",
-                                                   "tearDownAll",
-                                                   "[\"teardown \\\"done\\\"\"]",
-                                                   "notification JTKTestSuiteAllTestsCompleted",
-                                                   "Restoring Application Support Data",
-                                               }));
+    auto alert = take("alert shows ");
+    for (const char* text : {"[All Tests Completed Succesfully!]",
+                             "[Application data has been restored and driverTestApp will now terminate.]", "[Quit]"})
+        EXPECT_NE(alert.find(text), std::string::npos) << alert;
+    EXPECT_EQ(child.output, startOfRun(0, {},
+                                       {"notification JTKTestSuiteStatusUpdate Running testD...", "JTK: Running test testD",
+                                        "testD", "notification JTKTestSuiteStatusUpdate Running testC...",
+                                        "JTK: Running test testC", "testC",
+                                        "notification JTKTestSuiteStatusUpdate Capturing screenshots...",
+                                        "notification JTKTestSuiteStatusUpdate Processing...", "tearDownAll",
+                                        "[\"teardown \\\"done\\\"\"]", "notification JTKTestSuiteAllTestsCompleted",
+                                        "Restoring Application Support Data"}));
     expectUserDataBack();
 }
 
-// Ends of a run from inside a test: the lines after the run's start, the
-// status, and a line the end writes to standard error.
-struct EndCase {
-    const char* mode;
-    int status;
-    Lines lastLines;
-    std::string errorLine;
+// A launch, the state it starts from, and how it ends: status, lines, a line of standard error.
+struct LaunchCase {
+    const char* label;
+    std::string mode, argument = "-uxtest", screenshots = "";
+    bool interruptedBefore = false;
+    int status = 0;
+    Lines output;
+    std::string errorLine = "";
 };
 
-class DriverRunEnd : public DriverRun, public testing::WithParamInterface<EndCase> {};
+class DriverRunEnds : public DriverRun, public testing::WithParamInterface<LaunchCase> {};
 
-TEST_P(DriverRunEnd, restoresTheDataBeforeTheProcessEnds) {
-    auto child = run(GetParam().mode);
-    EXPECT_EQ(child.status, GetParam().status);
-    EXPECT_EQ(child.output, concat(startOfRun, GetParam().lastLines));
-    if (!GetParam().errorLine.empty()) {
-        EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), GetParam().errorLine), child.errors.end())
+TEST_P(DriverRunEnds, endsAsExpectedWithTheUsersDataBack) {
+    const auto& launch = GetParam();
+    if (launch.interruptedBefore) {
+        fs::remove_all(appSupport);
+        writeFile(appSupport / "old-test-data.txt", "old");
+        writeFile(temp / "user.txt", "mine");
+    }
+    auto child = run(launch.mode, launch.argument, launch.screenshots);
+    EXPECT_EQ(child.status, launch.status);
+    EXPECT_EQ(child.output, launch.output);
+    if (!launch.errorLine.empty()) {
+        EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), launch.errorLine), child.errors.end())
             << testing::PrintToString(child.errors);
     }
     expectUserDataBack();
 }
 
+const std::string restoring = "Restoring Application Support Data";
+
 INSTANTIATE_TEST_SUITE_P(
-    Ends, DriverRunEnd,
-    testing::Values(EndCase{"end", 0, {"Restoring Application Support Data"}, ""},
-                    EndCase{"fatal", 1, {"driver app stopped on purpose", "Restoring Application Support Data"},
-                            "driverTestApp:testEnd: fatal stop"},
-                    EndCase{"sigterm", 128 + 15, {"Run interrupted by signal 15", "Restoring Application Support Data"}, ""}),
-    [](const auto& info) { return std::string(info.param.mode); });
+    Launches, DriverRunEnds,
+    testing::Values(
+        LaunchCase{.label = "endTests", .mode = "end", .output = startOfRun(0, {}, {restoring})},
+        LaunchCase{.label = "fatalStop", .mode = "fatal", .status = 1,
+                   .output = startOfRun(0, {}, {"driver app stopped on purpose", restoring}),
+                   .errorLine = "driverTestApp:testEnd: fatal stop"},
+        LaunchCase{.label = "sigterm", .mode = "sigterm", .status = 128 + 15,
+                   .output = startOfRun(0, {}, {"Run interrupted by signal 15", restoring})},
+        // Nothing of the run happens before the trust; asked once, with the prompt.
+        LaunchCase{.label = "trustPoll", .mode = "untrusted,end", .output = startOfRun(1, {"trust granted"}, {restoring})},
+        LaunchCase{.label = "interruptedRunPutBackFirst", .mode = "end", .interruptedBefore = true,
+                   .output = startOfRun(0, {"Recovered Application Support data left by an interrupted run"}, {restoring})},
+        // Launches that start no run end by themselves with status 5 after a while.
+        LaunchCase{.label = "noUxtest", .mode = "", .argument = "-UXTEST", .status = 5, .output = {""}},
+        LaunchCase{.label = "noTestData", .mode = "nodata,noshots", .status = 5,
+                   .output = {"No test data path specified in JTKTestSuite extension! - Testing cancelled"}},
+        LaunchCase{.label = "noScreenshots", .mode = "noshots", .status = 1,
+                   .output = {"No screenshot storage path specified in JTKTestSuite extension!"}},
+        LaunchCase{.label = "screenshotsElsewhere", .mode = "", .argument = "--run-uxtest=1",
+                   .screenshots = "/nonexistent/folder/shots", .status = 5,
+                   .output = {"This app wasn't compiled on this machine. Crashing now so we don't copy files to weird "
+                              "places"}}),
+    [](const auto& info) { return std::string(info.param.label); });
 
-TEST_F(DriverRun, trustPollStartsTheRunOnceTrustIsGranted) {
-    auto child = run("untrusted,end");
-    EXPECT_EQ(child.status, 0);
-    ASSERT_FALSE(child.output.empty());
-    EXPECT_EQ(child.output.front(), "trust granted") << "nothing of the run happens before the trust";
-    child.output.erase(child.output.begin());
-    auto expected = concat(startOfRun, {"Restoring Application Support Data"});
-    expected[2] = "setup prompts=1 recorder=driverTestApp.cpp";  // asked once, with the prompt
-    EXPECT_EQ(child.output, expected);
-    expectUserDataBack();
-}
-
-TEST_F(DriverRun, dataLeftByAnInterruptedRunIsPutBackFirst) {
-    fs::remove_all(appSupport);
-    writeFile(appSupport / "old-test-data.txt", "old");
-    writeFile(temp / "user.txt", "mine");
-    auto child = run("end");
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output, concat(Lines{"Recovered Application Support data left by an interrupted run"},
-                                   concat(startOfRun, {"Restoring Application Support Data"})));
-    expectUserDataBack();
-}
-
-TEST_F(DriverRun, launchesThatStartNoRunChangeNothing) {
-    // Without "uxtest" nothing happens at all.
-    auto plain = run("", "-UXTEST");
-    EXPECT_EQ(plain.status, 5);
-    EXPECT_EQ(plain.output, Lines{""});
-    expectUserDataBack();
-
-    // The test data message comes first; the process keeps running.
-    auto noData = run("nodata,noshots");
-    EXPECT_EQ(noData.status, 5);
-    EXPECT_EQ(noData.output, Lines{"No test data path specified in JTKTestSuite extension! - Testing cancelled"});
-    expectUserDataBack();
-
-    auto noShots = run("noshots");
-    EXPECT_EQ(noShots.status, 1);
-    EXPECT_EQ(noShots.output, Lines{"No screenshot storage path specified in JTKTestSuite extension!"});
-    expectUserDataBack();
-
-    auto elsewhere = run("", "--run-uxtest=1", "/nonexistent/folder/shots");
-    EXPECT_EQ(elsewhere.status, 5);
-    EXPECT_EQ(elsewhere.output,
-              Lines{"This app wasn't compiled on this machine. Crashing now so we don't copy files to weird places"});
-    expectUserDataBack();
-}
+}  // namespace

@@ -10,11 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
-#include <memory>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "JTK/JTKElement.h"
 #include "JTK/JTKTestSuite.h"
@@ -81,10 +77,7 @@ protected:
     }
 
     static void onQueue(const std::function<void()>& body) { runOnTestQueue(body, 60); }
-    template <class Work>
-    static auto onMain(Work&& work) {
-        return jtkOnMainThread(std::forward<Work>(work));
-    }
+    static auto onMain(auto&& work) { return jtkOnMainThread(work); }
 
     // Waits (off the main thread) until every event posted so far has been
     // dispatched: a marker key event follows them and a monitor swallows it.
@@ -99,19 +92,18 @@ protected:
         });
         auto source = platform::createEventSource(platform::EventSourceState::privateState);
         platform::postEventToPid(::getpid(), *platform::createKeyboardEvent(source, markerKey, false));
-        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!seen && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_TRUE(waitFor([&] { return seen.load(); })) << "posted events were not dispatched";
         app->removeMonitor(token);
-        EXPECT_TRUE(seen.load()) << "posted events were not dispatched";
     }
-    // Polls a condition on the main thread until it holds or time runs out.
-    static bool eventually(const std::function<bool()>& condition) {
+    // Polls a condition (on the calling thread, or on the main thread) until it holds, for up to 10 s.
+    static bool waitFor(const std::function<bool()>& condition) {
         auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (std::chrono::steady_clock::now() < deadline) {
-            if (onMain(condition)) return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        return false;
+        for (; !condition(); std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+            if (std::chrono::steady_clock::now() > deadline) return false;
+        return true;
+    }
+    static bool eventually(const std::function<bool()>& condition) {
+        return waitFor([&] { return onMain(condition); });
     }
 
     // Posts a mouse event at a screen point to the HID tap; it keeps the held
