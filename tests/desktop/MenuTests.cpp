@@ -1,11 +1,5 @@
-// Menus: the item list and its back references, performing items, and pop-up
-// menus that a person drives with the mouse and the keyboard while they
-// track in a nested loop.
-#include <mutex>
-
-#include "JTK/desktop/Menu.h"
-#include "JTK/desktop/controls/PopUpButton.h"
-#include "JTK/platform/Notifications.h"
+// Pop-up menus that a person drives with the mouse and the keyboard while
+// they track in a nested loop.
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
@@ -14,38 +8,6 @@ namespace {
 
 using desktop::Menu;
 using desktop::MenuItem;
-
-TEST(MenuModel, anItemBelongsToOneMenuAndPerformingItPostsItUnlessItIsDisabled) {
-    auto menu = Menu::make("M"), other = Menu::make("Other");
-    int performed = 0;
-    auto go = MenuItem::make("Go", [&](MenuItem& self) {
-        ++performed;
-        self.desktopMenu()->removeItem(self.sharedItem());  // an action may remove its own item
-    });
-    auto off = MenuItem::make("Off", [&](MenuItem&) { ++performed; });
-    off->setEnabled(false);
-    auto moved = MenuItem::make("Moved");
-    for (const auto& item : {off, go, moved}) menu->addItem(item);
-    other->insertItem(moved, 99);  // past the end appends
-    EXPECT_EQ(moved->menu(), other);
-    EXPECT_EQ(menu->indexOfItem(moved), -1);
-    std::vector<std::string> sent;
-    auto token = platform::defaultNotificationCenter().addObserver(
-        platform::menuDidSendActionNotification, {}, platform::DeliveryQueue::postingThread,
-        [&](const platform::Notification& n) {
-            sent.push_back(std::dynamic_pointer_cast<platform::MenuItem>(n.userInfo.find("MenuItem")->object())->title());
-        });
-    for (int index : {0, 7, 1}) menu->performActionForItemAtIndex(index);
-    platform::defaultNotificationCenter().removeObserver(token);
-    EXPECT_EQ(performed, 1);
-    EXPECT_EQ(sent, std::vector<std::string>{"Go"});
-    EXPECT_EQ(menu->numberOfItems(), 1);
-    auto submenu = Menu::make("Sub");
-    go->setSubmenu(submenu);
-    off->setSubmenu(submenu);  // a submenu hangs below one item
-    EXPECT_EQ(go->submenu(), nullptr);
-    EXPECT_EQ(submenu->parentItem(), off);
-}
 
 class PopUpMenu : public DesktopTest {
 protected:

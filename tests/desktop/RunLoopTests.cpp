@@ -1,11 +1,9 @@
 // The main run loop's modes: timers of the common modes fire inside a nested
 // modal loop while default-mode ones wait, and stop ends only the inner level.
-#include <gtest/gtest.h>
 
 #include "JTK/desktop/RunLoop.h"
-#include "JTK/platform/Dispatch.h"
 #include "JTK/platform/RunLoop.h"
-#include "tests/support/TestQueue.h"
+#include "tests/support/DesktopFixtures.h"
 
 using namespace jtk;
 using namespace std::chrono_literals;

@@ -1,12 +1,9 @@
-// What the desktop tells about the process and the system: the operating
-// system's version text, the launch arguments, the Application Support
-// folder and accessibility trust.
+// What the desktop tells about the system: the operating system's version
+// text and the Application Support folder. (Launch arguments and the
+// accessibility trust are checked by the driver's child-process launches.)
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <regex>
-#include <thread>
 
 #include "JTK/desktop/ProcessInfo.h"
 #include "JTK/platform/Process.h"
@@ -31,20 +28,6 @@ TEST(ServicesProcessInfo, theVersionComesFromOsReleaseWithDebianPointReleasesAnd
     EXPECT_EQ(formatOperatingSystemVersion("PRETTY_VERSION_ID=\"9\"\n", "trixie/sid", "custom"), "Version 0.0 (Build 0)");
 }
 
-TEST(ServicesProcessInfo, argumentsAreTheOnesTheApplicationGaveElseTheProcessCommandLine) {
-    char program[] = "/opt/Sample/Sample", test[] = "uxtest";
-    char* argv[] = {program, test, nullptr};
-    desktop::setProcessArguments(2, argv);
-    EXPECT_EQ(platform::processArguments(), (std::vector<std::string>{"/opt/Sample/Sample", "uxtest"}));
-    desktop::setProcessArguments(0, nullptr);
-    EXPECT_EQ(std::filesystem::path(platform::processArguments().at(0)).filename(),
-              std::filesystem::read_symlink("/proc/self/exe").filename());
-    testsupport::ScratchFolder scratch;
-    testsupport::writeFile(scratch.path / "cmdline", std::string("app\0with space\0\0last\0", 21));
-    EXPECT_EQ(desktop::readCommandLine(scratch.path / "cmdline"), (std::vector<std::string>{"app", "with space", "", "last"}));
-    EXPECT_TRUE(desktop::readCommandLine(scratch.path / "missing").empty());
-}
-
 TEST(ServicesProcessInfo, applicationSupportFollowsTheDataHomeRules) {
     auto with = [](const char* data, const char* home) {
         testsupport::ScopedEnvironment dataHome("XDG_DATA_HOME", data), homeFolder("HOME", home);
@@ -53,26 +36,6 @@ TEST(ServicesProcessInfo, applicationSupportFollowsTheDataHomeRules) {
     EXPECT_EQ(with("/srv/data", "/home/tester"), std::filesystem::path("/srv/data"));
     EXPECT_EQ(with("relative/data", "/home/tester"), std::filesystem::path("/home/tester/.local/share"));
     EXPECT_EQ(with(nullptr, nullptr), std::nullopt);
-}
-
-TEST(ServicesProcessInfo, trustCanBeTakenAwayPromptedForSilentlyAndGrantedFromAnotherThread) {
-    int prompts = desktop::accessibilityPromptCount();
-    EXPECT_TRUE(platform::isProcessTrustedWithOptions(true));
-    EXPECT_EQ(desktop::accessibilityPromptCount(), prompts) << "trusted: no prompt";
-    desktop::setAccessibilityTrusted(false);
-    testing::internal::CaptureStdout();
-    EXPECT_FALSE(platform::isProcessTrustedWithOptions(true));
-    EXPECT_FALSE(platform::isProcessTrustedWithOptions(false));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    EXPECT_EQ(desktop::accessibilityPromptCount(), prompts + 1);
-    std::atomic<int> polls{0};
-    std::thread poller([&] {
-        while (!platform::isProcessTrustedWithOptions(false)) ++polls;
-    });
-    while (polls.load() < 3) std::this_thread::yield();
-    desktop::setAccessibilityTrusted(true);
-    poller.join();
-    EXPECT_TRUE(platform::isProcessTrusted());
 }
 
 }  // namespace

@@ -1,11 +1,8 @@
 // View geometry and the view tree: conversions to window and screen
-// coordinates, scrolled clip views, visible rectangles, hit testing, and the
-// controls that keep their values in range or leave the tree while clicked.
+// coordinates, scrolled clip views, visible rectangles, hit testing, and a
+// button that leaves the tree while it is clicked.
 #include <limits>
 
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/desktop/controls/ScrollView.h"
-#include "JTK/desktop/controls/Slider.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
@@ -81,23 +78,6 @@ TEST_F(ViewKitGeometry, hitTestTakesTheLastVisibleSubviewAndTheDeepestViewWithMa
     above->setHidden(true);
     EXPECT_EQ(root->hitTest({65, 65}), below.get());
     EXPECT_TRUE(inner->isHiddenOrHasHiddenAncestor());
-}
-
-TEST_F(ViewKitGeometry, aSliderKeepsItsValueInRangeAndCallsBackOnlyForChangesByAPerson) {
-    desktop::Slider slider(Rect{}, 10, 0, 20);  // limits in either order
-    EXPECT_EQ(slider.doubleValue(), 10);
-    slider.setDoubleValue(-3);
-    EXPECT_EQ(slider.doubleValue(), 0);
-    slider.setDoubleValue(std::nan(""));
-    EXPECT_EQ(slider.doubleValue(), 0);
-    slider.setRange(5, 8);
-    EXPECT_EQ(slider.doubleValue(), 5);
-    int changes = 0;
-    slider.setOnChange([&](desktop::Slider&) { ++changes; });
-    slider.setDoubleValue(6);
-    EXPECT_EQ(changes, 0);
-    slider.didChange();
-    EXPECT_EQ(changes, 1);
 }
 
 TEST_F(ViewKitGeometry, aCheckboxTogglesBeforeItsActionAndAnActionMayRemoveItsButton) {

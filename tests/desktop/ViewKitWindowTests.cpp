@@ -1,13 +1,9 @@
 // Windows and the application: the window list, key window and window order,
 // activation, first responders, modal alerts, the main event loop and the
 // screens.
-#include <thread>
 
 #include "JTK/desktop/Alert.h"
 #include "JTK/desktop/KeyboardLayout.h"
-#include "JTK/desktop/controls/Label.h"
-#include "JTK/desktop/controls/TextField.h"
-#include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Screen.h"
 #include "tests/support/DesktopFixtures.h"
 
@@ -72,33 +68,6 @@ TEST_F(ViewKitWindows, theFirstResponderIsAViewOfTheWindowThatAcceptsItUntilItLe
     EXPECT_EQ(window->firstResponder(), nullptr) << "a responder that left the window has resigned";
 }
 
-TEST_F(ViewKitWindows, anAlertIsTheKeyWindowWhileItRunsAndAMainQueueTaskCanPressItsButtons) {
-    auto document = makeWindow({100, 100, 400, 300}, "Document");
-    auto alert = platform::makeAlert();
-    alert->setMessageText("All tests ran");
-    alert->addButtonWithTitle("Quit");
-    alert->addButtonWithTitle("Cancel");
-    bool checked = false;
-    platform::dispatchAsyncMain([&] {
-        desktop::RunLoop::main().stop();  // a stop meant for another level does not end the alert
-        platform::dispatchAfterMain(0.02, [&] {
-            auto running = desktop::Alert::current();
-            ASSERT_NE(running, nullptr);
-            EXPECT_EQ(Application::shared()->keyWindow(), running->window());
-            auto quit = running->buttons()[0]->convertRectToWindow(running->buttons()[0]->bounds());
-            auto cancel = running->buttons()[1]->convertRectToWindow(running->buttons()[1]->bounds());
-            EXPECT_LT(cancel.maxX(), quit.minX()) << "the first button is rightmost";
-            EXPECT_FALSE(running->pressButton(2));
-            checked = true;
-            running->pressButton(1);
-        });
-    });
-    EXPECT_EQ(alert->runModal(), 1001);
-    EXPECT_TRUE(checked);
-    EXPECT_EQ(Application::shared()->windows().size(), 1u);
-    EXPECT_EQ(Application::shared()->keyWindow(), document);
-}
-
 TEST_F(ViewKitWindows, anAlertRunFromATestQueueIsAnsweredByThePostedReturnKey) {
     auto alert = platform::makeAlert();
     alert->setMessageText("Continue?");
@@ -114,19 +83,6 @@ TEST_F(ViewKitWindows, anAlertRunFromATestQueueIsAnsweredByThePostedReturnKey) {
     });
     EXPECT_EQ(result, 1000) << "the OK every alert without buttons gets";
     EXPECT_EQ(desktop::Alert::current(), nullptr);
-}
-
-TEST_F(ViewKitWindows, runServesTheMainQueueUntilTerminateFromAnotherThread) {
-    auto app = Application::shared();
-    bool ran = false;
-    platform::dispatchAsyncMain([&] { ran = true; });
-    std::thread other([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
-        app->terminate(3);
-    });
-    EXPECT_EQ(app->run(), 3);
-    other.join();
-    EXPECT_TRUE(ran);
 }
 
 TEST_F(ViewKitWindows, screensAreReplacedWholeWhileOtherThreadsReadThem) {

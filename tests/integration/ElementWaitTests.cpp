@@ -1,9 +1,6 @@
 // Waiting for elements on a live application: the awaited view is added by
 // the main thread while the test queue polls, as in a test run. (How often a
 // wait searches is checked by the child-process scenarios of ElementStopTests.)
-#include "JTK/JTKClass.h"
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/platform/Dispatch.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;

@@ -8,7 +8,6 @@ using namespace testsupport;
 
 namespace {
 
-
 class InputClick : public DesktopTest {
 protected:
     // A window at (100, 100) on screen with a recording view whose centre is (200, 170).

@@ -1,6 +1,5 @@
 // Drags through the real window server and routing: the stream of dragged
 // events point by point, its ends, and a slider that follows it.
-#include "JTK/desktop/controls/Slider.h"
 #include "input/JTKEventPosting.h"
 #include "tests/support/DesktopFixtures.h"
 

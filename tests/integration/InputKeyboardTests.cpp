@@ -1,13 +1,11 @@
 // Keys and text through the real window server, key dispatch and field
 // editor: the posted key streams, shift for capitals, Tab and Return, the
 // Unicode-text fallback, and modifier holds.
-#include "JTK/desktop/controls/TextField.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
 
 namespace {
-
 
 class InputKeyboard : public DesktopTest {
 protected:

@@ -3,7 +3,6 @@
 // no scrolling, no menu.
 #include <mutex>
 
-#include "JTK/desktop/controls/Button.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;

@@ -1,7 +1,5 @@
 // scrollTo() before a click: the visibility test, the search for the
 // enclosing scroll view, and the application's hbScrollToViewAnimated:.
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/desktop/controls/ScrollView.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;

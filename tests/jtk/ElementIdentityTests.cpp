@@ -1,9 +1,6 @@
 // Element geometry, the default lookup description, equality (also of
 // elements whose view has gone), ancestors, the model object and the
 // element's description.
-#include "JTK/desktop/controls/Box.h"
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/desktop/controls/TextField.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;

@@ -3,7 +3,6 @@
 // event points.
 #include <gtest/gtest.h>
 
-#include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Screens.h"
 #include "JTK/platform/Events.h"
 #include "input/JTKEventPosting.h"
@@ -15,14 +14,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 using platform::eventFlags::shift;
-
-TEST(InputKeyCodeMap, holdsExactlyTheLettersReturnSpaceAndTab) {
-    const std::map<std::string, uint16_t> expected{
-        {"a", 0},  {"b", 11}, {"c", 8},  {"d", 2},  {"e", 14}, {"f", 3},  {"g", 5},  {"h", 4},  {"i", 34}, {"j", 38},
-        {"k", 40}, {"l", 37}, {"m", 46}, {"n", 45}, {"o", 31}, {"p", 35}, {"q", 12}, {"r", 15}, {"s", 1},  {"t", 17},
-        {"u", 32}, {"v", 9},  {"w", 13}, {"x", 7},  {"y", 16}, {"z", 6},  {"\r", 36}, {" ", 49}, {"\t", 48}};
-    EXPECT_EQ(JTKTestSuite::keyCodeMap(), expected);
-}
 
 TEST(InputCharacters, areExtendedGraphemeClustersAndMalformedBytesBecomeReplacements) {
     EXPECT_TRUE(jtkCharacters("").empty());

@@ -4,11 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "JTK/JTKClass.h"
-#include "JTK/desktop/controls/Box.h"
-#include "JTK/desktop/controls/Button.h"
 #include "JTK/desktop/controls/ImageView.h"
-#include "JTK/desktop/controls/Label.h"
 #include "elements/JTKReadingOrder.h"
 #include "tests/support/DesktopFixtures.h"
 
@@ -170,17 +166,6 @@ TEST_F(Search, belowAnElementTheWalkOrderCountsStartingWithItsOwnView) {
         onMain([&] { inner->setHidden(true); });
         EXPECT_TRUE(panel.subElements("Cancel").empty());
     });
-}
-
-TEST_F(Search, queueAndMainThreadGiveTheSameAnswer) {
-    auto content = makeWindow({0, 0, 600, 400})->desktopContentView();
-    for (int row = 0; row < 5; ++row)
-        for (int column = 0; column < 4; ++column)
-            add<desktop::Button>(content, Rect{10.0 + 120 * column, 10.0 + 60 * row + column * 7, 100, 20}, "Cell");
-    std::vector<JTKElement> fromQueue;
-    onQueue([&] { fromQueue = JTKTestSuite::elements("Cell"); });
-    ASSERT_EQ(fromQueue.size(), 20u);
-    EXPECT_EQ(JTKTestSuite::elements("Cell"), fromQueue);
 }
 
 TEST_F(Search, listingsHaveOneLinePerViewInReadingOrder) {

@@ -12,22 +12,54 @@
 #include <functional>
 #include <thread>
 
+#include "JTK/JTKClass.h"
 #include "JTK/JTKElement.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
+#include "JTK/desktop/Menu.h"
 #include "JTK/desktop/RunLoop.h"
 #include "JTK/desktop/Screens.h"
 #include "JTK/desktop/View.h"
 #include "JTK/desktop/Window.h"
 #include "JTK/desktop/WindowServer.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/desktop/controls/ScrollView.h"
+#include "JTK/desktop/controls/Slider.h"
+#include "JTK/desktop/controls/TextField.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Value.h"
+#include "JTK/platform/Dispatch.h"
 #include "run/JTKMainThread.h"
-#include "tests/support/TestQueue.h"
 
 using namespace jtk;
 
 namespace testsupport {
+
+// Services the main run loop for a while (main thread only).
+inline void pumpMainLoop(double seconds) {
+    desktop::RunLoop::main().adoptCurrentThreadAsMain();
+    desktop::RunLoop::main().runFor(seconds);
+}
+
+// Runs body as a test run does: on a serial queue while this (main) thread
+// services the main run loop until the body has finished.
+inline void runOnTestQueue(const std::function<void()>& body, double timeoutSeconds = 60) {
+    auto& loop = desktop::RunLoop::main();
+    loop.adoptCurrentThreadAsMain();
+    std::atomic<bool> finished{false};
+    auto queue = platform::makeSerialQueue("TestBodyQueue");
+    queue->async([&] {
+        body();
+        finished = true;
+        loop.wakeUp();
+    });
+    loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + desktop::RunLoop::toDuration(timeoutSeconds),
+                 [&] { return finished.load(); });
+    ASSERT_TRUE(finished.load()) << "test body did not finish within " << timeoutSeconds << " s";
+}
 
 using platform::EventType;
 using platform::Point;
