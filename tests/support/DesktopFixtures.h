@@ -193,14 +193,4 @@ protected:
     }
 };
 
-// A view that keeps a copy of every mouse event routing gives it (main thread).
-class RecordingView : public desktop::View {
-public:
-    using desktop::View::View;
-    void mouseDown(const platform::Event& event, platform::Point) override { received.push_back(event); }
-    void mouseDragged(const platform::Event& event, platform::Point) override { received.push_back(event); }
-    void mouseUp(const platform::Event& event, platform::Point) override { received.push_back(event); }
-    std::vector<platform::Event> received;
-};
-
 }  // namespace testsupport
