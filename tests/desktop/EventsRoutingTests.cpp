@@ -49,41 +49,32 @@ TEST_F(EventsRouting, aButtonActsOnAPressAndReleaseOnItAndOnceMoreForADoubleClic
     EXPECT_FALSE(button->isHighlighted());
 }
 
-TEST_F(EventsRouting, aPrivateSourceHasItsOwnFlagsAndTheActionSeesTheReleasesFlags) {
-    onQueue([&] {
-        postFlags(command);
-        auto privateSource = platform::createEventSource(platform::EventSourceState::privateState);
-        EXPECT_EQ(platform::createKeyboardEvent(privateSource, 0, true)->flags, 0u);
-        postMouse(EventType::leftMouseDown, center);
-        postMouse(EventType::leftMouseUp, center, 1, shift);
-        postFlags(0);
-        drainEvents();
-    });
-    EXPECT_EQ(posted({EventType::leftMouseDown}).at(0).event.flags, command) << "held modifiers reach new HID events";
-    EXPECT_EQ(flagsAtAction, shift);
-}
-
-TEST_F(EventsRouting, aPressOnAWindowBehindMakesItKeyAndFrontAndReachesItsView) {
+TEST_F(EventsRouting, aPressOnAWindowBehindMakesItKeyAndTheActionSeesTheHeldAndTheReleasesFlags) {
     auto front = makeWindow({150, 150, 300, 200}, "Front");
     ASSERT_FALSE(platform::pointInRect(center, front->frame()));
     onQueue([&] {
-        click(center);
+        typeKey(platform::noKeyCode, command);  // held from now on
+        auto privateSource = platform::createEventSource(platform::EventSourceState::privateState);
+        EXPECT_EQ(platform::createKeyboardEvent(privateSource, 0, true)->flags, 0u) << "a private source has its own";
+        postMouse(EventType::leftMouseDown, center);
+        postMouse(EventType::leftMouseUp, center, 1, shift);
+        typeKey(platform::noKeyCode, 0);
         drainEvents();
     });
     EXPECT_TRUE(window->isKeyWindow());
     EXPECT_EQ(desktop::Application::shared()->orderedWindows().front(), window);
     EXPECT_EQ(actions, 1);
+    EXPECT_EQ(posted({EventType::leftMouseDown}).at(0).event.flags, command) << "held modifiers reach new HID events";
+    EXPECT_EQ(flagsAtAction, shift);
 }
 
 TEST_F(EventsRouting, aCommandKeyPerformsTheMainMenuItemInsteadOfTyping) {
     int saves = 0, saveAs = 0;
-    auto fileItem = desktop::MenuItem::make("File");
-    auto fileMenu = desktop::Menu::make("File");
+    auto fileMenu = desktop::Menu::make("File"), mainMenu = desktop::Menu::make("Main");
     fileMenu->addItem(desktop::MenuItem::make("Save", [&](desktop::MenuItem&) { ++saves; }, "s"));
     fileMenu->addItem(desktop::MenuItem::make("Save As…", [&](desktop::MenuItem&) { ++saveAs; }, "S"));
-    fileItem->setSubmenu(fileMenu);
-    auto mainMenu = desktop::Menu::make("Main");
-    mainMenu->addItem(fileItem);
+    mainMenu->addItem(desktop::MenuItem::make("File"));
+    mainMenu->itemAtIndex(0)->setSubmenu(fileMenu);
     desktop::Application::shared()->setMainMenu(mainMenu);
     auto field = add<desktop::TextField>(window->desktopContentView(), Rect{20, 200, 200, 24});
     field->beginEditing();

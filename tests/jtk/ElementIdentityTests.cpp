@@ -53,7 +53,6 @@ TEST_F(ElementIdentity, elementsAreEqualWhenTheyWrapOneViewEvenAfterItHasGone) {
     auto content = makeWindow({0, 0, 400, 300})->desktopContentView();
     auto button = add<desktop::Button>(content, Rect{10, 10, 80, 20}, "Go");
     auto other = add<desktop::Button>(content, Rect{100, 10, 80, 20}, "Stop");
-    std::optional<JTKElement> gone, alsoGone;
     onQueue([&] {
         auto first = JTKTestSuite::elements("Go"), second = JTKTestSuite::elements("Go");
         ASSERT_EQ(first.size(), 1u);
@@ -62,40 +61,23 @@ TEST_F(ElementIdentity, elementsAreEqualWhenTheyWrapOneViewEvenAfterItHasGone) {
         EXPECT_TRUE(first[0].isEqual(&second[0]));
         EXPECT_FALSE(first[0].isEqual(nullptr));
         EXPECT_FALSE(first[0] == JTKElement(other));
-        gone.emplace(button);
-        alsoGone.emplace(button);
-    });
-    button->removeFromSuperview();
-    button.reset();
-    onQueue([&] {
-        EXPECT_EQ(gone->view(), nullptr);
-        EXPECT_TRUE(gone->isEqual(nullptr));
-        EXPECT_TRUE(*gone == *alsoGone);
-        EXPECT_FALSE(*gone == JTKElement(other));
-        EXPECT_FALSE(JTKElement(other) == *gone);
+        JTKElement gone(button), alsoGone(button);
+        onMain([&] {
+            button->removeFromSuperview();
+            button.reset();
+        });
+        EXPECT_EQ(gone.view(), nullptr);
+        EXPECT_TRUE(gone.isEqual(nullptr));
+        EXPECT_TRUE(gone == alsoGone);
+        EXPECT_FALSE(gone == JTKElement(other));
+        EXPECT_FALSE(JTKElement(other) == gone);
     });
 }
 
-TEST_F(ElementIdentity, ancestorsRunUpToTheFrameView) {
+TEST_F(ElementIdentity, ancestorsRunUpToTheFrameViewAndTheModelObjectAndDescriptionAreReadFromTheView) {
     auto window = makeWindow({0, 0, 400, 300});
     auto content = window->desktopContentView();
-    auto box = add<desktop::Box>(content, Rect{10, 10, 200, 200}, "Options");
-    auto button = add<desktop::Button>(box, Rect{10, 10, 80, 20}, "Apply");
     std::shared_ptr<platform::View> frameView = window->frameView();
-    onQueue([&] {
-        auto chain = JTKElement(button).superElements();
-        ASSERT_EQ(chain.size(), 3u);
-        EXPECT_EQ(chain[0].view(), box);
-        EXPECT_EQ(chain[1].view(), content);
-        EXPECT_EQ(chain[2].view(), frameView);
-        EXPECT_EQ(JTKElement(button).superElement()->view(), box);
-        EXPECT_FALSE(JTKElement(frameView).superElement().has_value());
-        EXPECT_TRUE(JTKElement(frameView).superElements().empty());
-    });
-}
-
-TEST_F(ElementIdentity, modelObjectAndDescription) {
-    auto content = makeWindow({0, 0, 400, 300})->desktopContentView();
     auto model = std::make_shared<desktop::View>();
     auto withObject = add<desktop::View>(content, Rect{});
     answer(withObject, "hbModelObject", platform::Value(model));
@@ -103,8 +85,15 @@ TEST_F(ElementIdentity, modelObjectAndDescription) {
     answer(withText, "hbModelObject", "model");
     auto button = add<desktop::Button>(content, Rect{0, 0, 10, 10}, "Save");
     name(button, "Save");
-    auto field = add<desktop::TextField>(content, Rect{0, 0, 10, 10}, "abc");
+    auto field = add<desktop::TextField>(button, Rect{0, 0, 10, 10}, "abc");
     onQueue([&] {
+        auto chain = JTKElement(field).superElements();
+        ASSERT_EQ(chain.size(), 3u);
+        EXPECT_EQ(chain[0].view(), button);
+        EXPECT_EQ(chain[1].view(), content);
+        EXPECT_EQ(chain[2].view(), frameView);
+        EXPECT_EQ(JTKElement(field).superElement()->view(), button);
+        EXPECT_FALSE(JTKElement(frameView).superElement().has_value());
         EXPECT_EQ(JTKElement(withObject).modelOject(), model);
         EXPECT_EQ(JTKElement(withText).modelOject(), nullptr) << "only an object result is a model object";
         EXPECT_EQ(JTKElement(button).description(), "Name: Save\nValue: \nType:\" " + button->description());

@@ -29,14 +29,19 @@
 #include "JTK/desktop/controls/ScrollView.h"
 #include "JTK/desktop/controls/Slider.h"
 #include "JTK/desktop/controls/TextField.h"
+#include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Value.h"
-#include "JTK/platform/Dispatch.h"
 #include "run/JTKMainThread.h"
 
 using namespace jtk;
 
 namespace testsupport {
+
+using platform::EventType;
+using platform::Point;
+using platform::Rect;
+using Posted = desktop::WindowServer::PostedEvent;
 
 // Services the main run loop for a while (main thread only).
 inline void pumpMainLoop(double seconds) {
@@ -61,20 +66,12 @@ inline void runOnTestQueue(const std::function<void()>& body, double timeoutSeco
     ASSERT_TRUE(finished.load()) << "test body did not finish within " << timeoutSeconds << " s";
 }
 
-using platform::EventType;
-using platform::Point;
-using platform::Rect;
-using Posted = desktop::WindowServer::PostedEvent;
-
 class DesktopTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        desktop::RunLoop::main().adoptCurrentThreadAsMain();
-        reset();
-    }
+    void SetUp() override { reset(); }
     void TearDown() override { reset(); }
-
     static void reset() {
+        desktop::RunLoop::main().adoptCurrentThreadAsMain();
         JTKTestSuite::setRecorder(nullptr);
         JTKElement::setCurrentOpenMenu(nullptr);
         auto app = desktop::Application::shared();
@@ -104,13 +101,18 @@ protected:
     static void answer(const std::shared_ptr<desktop::View>& view, const std::string& selector, platform::Value value) {
         view->addMethod(selector, [value](platform::Object&, const platform::Value&) { return value; });
     }
-    static void name(const std::shared_ptr<desktop::View>& view, const std::string& text) {
-        answer(view, "hbViewName", text);
-    }
+    static void name(const std::shared_ptr<desktop::View>& view, const std::string& text) { answer(view, "hbViewName", text); }
 
     static void onQueue(const std::function<void()>& body) { runOnTestQueue(body, 60); }
     static auto onMain(auto&& work) { return jtkOnMainThread(work); }
-
+    // Polls a condition until it holds, for up to 10 s; eventually() reads it on the main thread.
+    static bool waitFor(const std::function<bool()>& condition) {
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        for (; !condition(); std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+            if (std::chrono::steady_clock::now() > deadline) return false;
+        return true;
+    }
+    static bool eventually(const std::function<bool()>& condition) { return waitFor([&] { return onMain(condition); }); }
     // Waits (off the main thread) until every event posted so far has been
     // dispatched: a marker key event follows them and a monitor swallows it.
     static void drainEvents() {
@@ -127,19 +129,8 @@ protected:
         EXPECT_TRUE(waitFor([&] { return seen.load(); })) << "posted events were not dispatched";
         app->removeMonitor(token);
     }
-    // Polls a condition (on the calling thread, or on the main thread) until it holds, for up to 10 s.
-    static bool waitFor(const std::function<bool()>& condition) {
-        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        for (; !condition(); std::this_thread::sleep_for(std::chrono::milliseconds(1)))
-            if (std::chrono::steady_clock::now() > deadline) return false;
-        return true;
-    }
-    static bool eventually(const std::function<bool()>& condition) {
-        return waitFor([&] { return onMain(condition); });
-    }
 
-    // Posts a mouse event at a screen point to the HID tap; it keeps the held
-    // flags unless flags are given.
+    // Posts a mouse event at a screen point to the HID tap; it keeps the held flags unless flags are given.
     static void postMouse(EventType type, Point screenPoint, int64_t clickState = 1, std::optional<uint64_t> flags = {}) {
         auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
         auto event = platform::createMouseEvent(source, type, desktop::WindowServer::eventPointFromScreenPoint(screenPoint),
@@ -152,22 +143,20 @@ protected:
         postMouse(EventType::leftMouseDown, screenPoint, clickState);
         postMouse(EventType::leftMouseUp, screenPoint, clickState);
     }
-    // Posts a key press and release to this process.
+    // Posts a key press and release to this process; noKeyCode with flags posts a change of the held modifiers.
     static void typeKey(uint16_t keyCode, uint64_t flags = 0, const std::string& text = {}) {
         auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
         for (bool down : {true, false}) {
             auto event = platform::createKeyboardEvent(source, keyCode, down);
             event->flags = flags;
             if (!text.empty()) platform::keyboardEventSetUnicodeString(*event, text);
-            platform::postEventToPid(::getpid(), *event);
+            if (keyCode != platform::noKeyCode) {
+                platform::postEventToPid(::getpid(), *event);
+            } else if (down) {
+                event->type = EventType::flagsChanged;
+                platform::postEvent(platform::EventTap::hid, *event);
+            }
         }
-    }
-    static void postFlags(uint64_t flags) {
-        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
-        auto event = platform::createKeyboardEvent(source, platform::noKeyCode, true);
-        event->type = EventType::flagsChanged;
-        event->flags = flags;
-        platform::postEvent(platform::EventTap::hid, *event);
     }
     // The centre of a view on screen (main thread).
     static Point centerOnScreen(const desktop::View& view) {
