@@ -39,7 +39,7 @@ TEST(DriverProviders, theFirstPrefixMatchInListOrderDecidesEvenWhenItsResultIsUn
     EXPECT_TRUE(jtkTextListProvider({method(commands, "echo")}, commands).empty());
 }
 
-TEST(DriverOptions, aLaterProviderReplacesATestsOptionsWhollyAndOtherTestsAccumulate) {
+TEST(DriverOptions, aLaterProviderReplacesATestsOptionsWhollyOtherTestsAccumulateAndUnusableResultsAddNothing) {
     JTKMethodList methods = {
         method("jtkTestOptions", optionsFor("testA", {{Value(int64_t(0)), Value(true)}, {Value(int64_t(1)), Value(4)}})),
         method("testA"),
@@ -51,12 +51,9 @@ TEST(DriverOptions, aLaterProviderReplacesATestsOptionsWhollyAndOtherTestsAccumu
     EXPECT_EQ(merged["testA"].size(), 1u) << "skipScreenshots of the earlier provider is gone";
     EXPECT_EQ(jtkTestOrder(merged, "testA"), -2);
     EXPECT_EQ(jtkTestOrder(merged, "testB"), 2);
-}
-
-TEST(DriverOptions, aResultOfAnotherShapeOrAnUnknownOptionIsUnusable) {
-    EXPECT_EQ(jtkTestOptionsFromValue(Value("x")), std::nullopt);
     EXPECT_EQ(jtkTestOptionsFromValue(Value(ValueDictionary{{Value(int64_t(3)), Value(ValueDictionary{})}})), std::nullopt);
-    EXPECT_EQ(jtkTestOptionsFromValue(optionsFor("testA", {{Value(int64_t(7)), Value(true)}})), std::nullopt);
+    EXPECT_EQ(jtkTestOptionsFromValue(optionsFor("testA", {{Value(int64_t(7)), Value(true)}})), std::nullopt)
+        << "an option that names no option makes the whole result unusable";
 }
 
 TEST(DriverOrder, stableAscendingWhereAnOrderThatIsNoIntegerCountsAsZero) {
