@@ -96,23 +96,4 @@ TEST(ServicesNotifications, handlersMayRemoveObserversAndPostAgainDuringDelivery
     EXPECT_EQ(seen, (std::vector<std::string>{"first", "self", "repost", "pong", "first", "repost", "pong"}));
 }
 
-TEST(ServicesNotifications, postingFromManyThreadsWhileAnotherAddsAndRemovesObservers) {
-    desktop::NotificationCenter center;
-    std::atomic<int> steady{0};
-    center.addObserver("Tick", {}, DeliveryQueue::postingThread, [&](const Notification&) { ++steady; });
-    std::atomic<bool> stop{false};
-    std::thread churn([&] {
-        while (!stop) center.removeObserver(center.addObserver("Tick", {}, DeliveryQueue::postingThread, [](auto&) {}));
-    });
-    std::vector<std::thread> posters;
-    for (int t = 0; t < 3; ++t)
-        posters.emplace_back([&] {
-            for (int i = 0; i < 400; ++i) center.post("Tick", i);
-        });
-    for (auto& thread : posters) thread.join();
-    stop = true;
-    churn.join();
-    EXPECT_EQ(steady.load(), 3 * 400);
-}
-
 }  // namespace

@@ -1,10 +1,7 @@
 // Windows and the application: the window list, key window and window order,
-// activation, first responders, modal alerts, the main event loop and the
-// screens.
-
+// activation, first responders and modal alerts.
 #include "JTK/desktop/Alert.h"
 #include "JTK/desktop/KeyboardLayout.h"
-#include "JTK/platform/Screen.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
@@ -83,20 +80,6 @@ TEST_F(ViewKitWindows, anAlertRunFromATestQueueIsAnsweredByThePostedReturnKey) {
     });
     EXPECT_EQ(result, 1000) << "the OK every alert without buttons gets";
     EXPECT_EQ(desktop::Alert::current(), nullptr);
-}
-
-TEST_F(ViewKitWindows, screensAreReplacedWholeWhileOtherThreadsReadThem) {
-    EXPECT_EQ(platform::screens().at(0).frame, (Rect{0, 0, 1440, 900}));
-    std::atomic<bool> sawEmpty{false};
-    std::thread reader([&] {
-        for (int i = 0; i < 2000; ++i)
-            if (platform::screens().empty()) sawEmpty = true;
-    });
-    for (int i = 0; i < 200; ++i) desktop::setScreens(i % 2 ? std::vector<Rect>{} : std::vector<Rect>{{0, 0, 800, 600}});
-    reader.join();
-    EXPECT_FALSE(sawEmpty) << "an empty list brings back the default screen";
-    desktop::setScreens({{0, 0, 1920, 1080}, {1920, 0, 1280, 1024}});
-    EXPECT_EQ(platform::screens().size(), 2u);
 }
 
 }  // namespace
