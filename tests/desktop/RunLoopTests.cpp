@@ -1,16 +1,15 @@
 // The main run loop's modes: timers of the common modes fire inside a nested
 // modal loop while default-mode ones wait, and stop ends only the inner level.
-
 #include "JTK/desktop/RunLoop.h"
 #include "JTK/platform/RunLoop.h"
 #include "tests/support/DesktopFixtures.h"
 
-using namespace jtk;
+using namespace testsupport;
 using namespace std::chrono_literals;
+using RunLoop = DesktopTest;
 
-TEST(RunLoop, commonModeTimersFireInsideANestedModalLoopAndDefaultOnesWait) {
+TEST_F(RunLoop, commonModeTimersFireInsideANestedModalLoopAndDefaultOnesWait) {
     auto& loop = desktop::RunLoop::main();
-    loop.adoptCurrentThreadAsMain();
     int common = 0, defaultOnly = 0;
     auto t1 = platform::scheduleTimer(0.01, true, [&](platform::Timer&) { ++common; }, true);
     auto t2 = platform::scheduleTimer(0.01, true, [&](platform::Timer&) { ++defaultOnly; }, false);
@@ -23,10 +22,10 @@ TEST(RunLoop, commonModeTimersFireInsideANestedModalLoopAndDefaultOnesWait) {
     t2->invalidate();
 }
 
-TEST(RunLoop, theMainQueueIsServedInsideANestedLoopAndStopEndsOnlyThatLevel) {
+TEST_F(RunLoop, theMainQueueIsServedInsideANestedLoopAndStopEndsOnlyThatLevel) {
     auto& loop = desktop::RunLoop::main();
     bool innerEnded = false, outerSawIt = false;
-    testsupport::runOnTestQueue([&] {
+    onQueue([&] {
         platform::dispatchSyncMain([&] {
             platform::dispatchAfterMain(0.02, [&] { loop.stop(); });
             loop.runMode(platform::RunLoopMode::eventTracking);  // as a menu's tracking loop does

@@ -5,7 +5,7 @@
 #include "JTK/platform/Object.h"
 #include "tests/support/DesktopFixtures.h"
 
-using namespace jtk;
+using namespace testsupport;
 
 using platform::DeliveryQueue;
 using platform::Notification;
@@ -14,37 +14,38 @@ using platform::Value;
 namespace {
 
 class Sender : public platform::Object {};
+using ServicesNotifications = DesktopTest;
 
-TEST(ServicesNotifications, eachObserverRunsOnItsQueueThePostingThreadInsidePostInOrder) {
+TEST_F(ServicesNotifications, eachObserverRunsOnItsQueueThePostingThreadInsidePostInOrder) {
     desktop::NotificationCenter center;
     std::vector<std::string> inside;
-    std::atomic<int> onMain{0}, onQueue{0};
+    std::atomic<int> onMainCalls{0}, onQueueCalls{0};
     auto queue = platform::makeSerialQueue("observer");
     center.addObserver("Ping", {}, DeliveryQueue::postingThread, [&](const Notification& n) {
         auto key = n.userInfo.find("key");
         inside.push_back(*n.object.text() + " " + (key ? key->debugText() : "-"));
     });
     center.addObserver("Ping", {}, DeliveryQueue::postingThread, [&](const Notification&) { inside.push_back("second"); });
-    center.addObserver("Ping", {}, DeliveryQueue::mainQueue, [&](const Notification&) { onMain += platform::isMainThread(); });
-    center.addObserver("Ping", {}, queue, [&, raw = queue.get()](const Notification&) { onQueue += raw->isCurrent(); });
-    testsupport::runOnTestQueue([&] {
+    center.addObserver("Ping", {}, DeliveryQueue::mainQueue, [&](const Notification&) { onMainCalls += platform::isMainThread(); });
+    center.addObserver("Ping", {}, queue, [&, raw = queue.get()](const Notification&) { onQueueCalls += raw->isCurrent(); });
+    onQueue([&] {
         center.post("Ping", "payload", platform::ValueDictionary{{"key", 7}});
         EXPECT_EQ(inside, (std::vector<std::string>{"payload 7", "second"})) << "both ran before post returned";
         platform::dispatchSyncMain([] {});  // the main queue runs in order
-        EXPECT_EQ(onMain.load(), 1);
+        EXPECT_EQ(onMainCalls.load(), 1);
     });
     center.post("Ping", "again");
-    EXPECT_EQ(onMain.load(), 1) << "from the main thread too, main-queue delivery waits for the loop";
-    testsupport::pumpMainLoop(0.05);
-    EXPECT_EQ(onMain.load(), 2);
+    EXPECT_EQ(onMainCalls.load(), 1) << "from the main thread too, main-queue delivery waits for the loop";
+    pumpMainLoop(0.05);
+    EXPECT_EQ(onMainCalls.load(), 2);
     queue->sync([] {});
-    EXPECT_EQ(onQueue.load(), 2);
+    EXPECT_EQ(onQueueCalls.load(), 2);
     queue.reset();  // the center does not keep the queue alive
     center.post("Ping", "gone");
-    EXPECT_EQ(onQueue.load(), 2);
+    EXPECT_EQ(onQueueCalls.load(), 2);
 }
 
-TEST(ServicesNotifications, observersFilterByNameAndSenderAndHoldAnObjectSenderWeakly) {
+TEST_F(ServicesNotifications, observersFilterByNameAndSenderAndHoldAnObjectSenderWeakly) {
     desktop::NotificationCenter center;
     auto a = std::make_shared<Sender>();
     std::vector<std::string> seen;
@@ -70,7 +71,7 @@ TEST(ServicesNotifications, observersFilterByNameAndSenderAndHoldAnObjectSenderW
     EXPECT_EQ(post("Ping", Value(std::make_shared<Sender>())), (Seen{"all", "ping"})) << "a gone sender matches nothing";
 }
 
-TEST(ServicesNotifications, handlersMayRemoveObserversAndPostAgainDuringDelivery) {
+TEST_F(ServicesNotifications, handlersMayRemoveObserversAndPostAgainDuringDelivery) {
     desktop::NotificationCenter center;
     std::vector<std::string> seen;
     uint64_t self = 0, later = 0;

@@ -12,20 +12,6 @@ namespace {
 using desktop::View;
 using ViewKitGeometry = DesktopTest;
 
-TEST_F(ViewKitGeometry, nestedViewsConvertToWindowAndScreenAndBackExactly) {
-    auto window = makeWindow({200, 500, 300, 200});
-    auto box = add<View>(window->desktopContentView(), Rect{10, 20, 200, 100});
-    auto label = add<View>(box, Rect{1, 2, 30, 10});
-    EXPECT_EQ(label->convertRectToWindow(label->bounds()), (Rect{11, 22, 30, 10}));
-    EXPECT_EQ(window->convertRectToScreen(label->convertRectToWindow(label->bounds())), (Rect{211, 522, 30, 10}));
-    EXPECT_EQ(label->convertPointFromWindow({11, 22}), (Point{0, 0}));
-    EXPECT_EQ(window->frame(), (Rect{200, 500, 300, 200 + desktop::Window::titleBarHeight})) << "the title bar is above";
-    EXPECT_EQ(window->desktopFrameView()->subviews(), (std::vector<std::shared_ptr<platform::View>>{window->contentView()}));
-    box->removeFromSuperview();
-    EXPECT_EQ(label->window(), nullptr);
-    EXPECT_EQ(label->visibleRect(), Rect{});
-}
-
 TEST_F(ViewKitGeometry, addSubviewRefusesCyclesAndMovesAViewBetweenParents) {
     auto a = std::make_shared<View>(Rect{0, 0, 10, 10}), b = std::make_shared<View>(Rect{0, 0, 10, 10});
     auto c = std::make_shared<View>(Rect{0, 0, 10, 10});

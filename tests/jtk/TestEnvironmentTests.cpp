@@ -110,9 +110,8 @@ INSTANTIATE_TEST_SUITE_P(
         EnvironmentCase{"noTestDataURLMovesNothing", {"user.txt"}, {}, std::nullopt, "", {"user.txt=mine"},
                         {"user.txt=mine"}},
         // The interrupted run left its test data in place and the user's data aside.
-        EnvironmentCase{"interruptedRunIsRecoveredNotDeleted", {"old-test-data.txt"}, {"user.txt"}, "testdata",
-                        "Recovered Application Support data left by an interrupted run\n", {"a.txt=A"},
-                        {"user.txt=mine"}}),
+        EnvironmentCase{"interruptedRunIsRecovered", {"old.txt"}, {"user.txt"}, "testdata",
+                        "Recovered Application Support data left by an interrupted run\n", {"a.txt=A"}, {"user.txt=mine"}}),
     [](const auto& info) { return std::string(info.param.label); });
 
 TEST_F(DataEnvironment, anUncopyableItemEndsTheRunAfterRestoring) {

@@ -43,29 +43,6 @@ using platform::Point;
 using platform::Rect;
 using Posted = desktop::WindowServer::PostedEvent;
 
-// Services the main run loop for a while (main thread only).
-inline void pumpMainLoop(double seconds) {
-    desktop::RunLoop::main().adoptCurrentThreadAsMain();
-    desktop::RunLoop::main().runFor(seconds);
-}
-
-// Runs body as a test run does: on a serial queue while this (main) thread
-// services the main run loop until the body has finished.
-inline void runOnTestQueue(const std::function<void()>& body, double timeoutSeconds = 60) {
-    auto& loop = desktop::RunLoop::main();
-    loop.adoptCurrentThreadAsMain();
-    std::atomic<bool> finished{false};
-    auto queue = platform::makeSerialQueue("TestBodyQueue");
-    queue->async([&] {
-        body();
-        finished = true;
-        loop.wakeUp();
-    });
-    loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + desktop::RunLoop::toDuration(timeoutSeconds),
-                 [&] { return finished.load(); });
-    ASSERT_TRUE(finished.load()) << "test body did not finish within " << timeoutSeconds << " s";
-}
-
 class DesktopTest : public ::testing::Test {
 protected:
     void SetUp() override { reset(); }
@@ -103,7 +80,23 @@ protected:
     }
     static void name(const std::shared_ptr<desktop::View>& view, const std::string& text) { answer(view, "hbViewName", text); }
 
-    static void onQueue(const std::function<void()>& body) { runOnTestQueue(body, 60); }
+    // Services the main run loop for a while (main thread only).
+    static void pumpMainLoop(double seconds) { desktop::RunLoop::main().runFor(seconds); }
+    // Runs body as a test run does: on a serial queue while this (main)
+    // thread services the main run loop until the body has finished.
+    static void onQueue(const std::function<void()>& body) {
+        auto& loop = desktop::RunLoop::main();
+        std::atomic<bool> finished{false};
+        auto queue = platform::makeSerialQueue("TestBodyQueue");
+        queue->async([&] {
+            body();
+            finished = true;
+            loop.wakeUp();
+        });
+        loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + std::chrono::seconds(60),
+                     [&] { return finished.load(); });
+        ASSERT_TRUE(finished.load()) << "the test body did not finish within 60 s";
+    }
     static auto onMain(auto&& work) { return jtkOnMainThread(work); }
     // Polls a condition until it holds, for up to 10 s; eventually() reads it on the main thread.
     static bool waitFor(const std::function<bool()>& condition) {
