@@ -1,14 +1,11 @@
-// User defaults: the property-list file of the application's domain, values a
-// property list cannot hold, unreadable or unwritable files, property lists
-// made by libplist, and use from several threads.
+// User defaults: the property-list file of the application's domain,
+// unreadable or unwritable files, and property lists made by libplist.
 #include <gtest/gtest.h>
 #include <plist/plist.h>
 
 #include <algorithm>
-#include <thread>
 
 #include "JTK/desktop/UserDefaults.h"
-#include "JTK/platform/Object.h"
 #include "JTK/platform/UserDefaults.h"
 #include "tests/support/TestFiles.h"
 
@@ -56,20 +53,6 @@ TEST_F(ServicesUserDefaults, onlySynchronizeWritesTheFileWhichTheNextUseReadsBac
     platform::resetStandardUserDefaults();
     EXPECT_TRUE(defaults.objectForKey("flag").isNone());
     EXPECT_TRUE(defaults.objectForKey("name").isNone());
-}
-
-TEST_F(ServicesUserDefaults, valuesAPropertyListCannotHoldAndBadApplicationNamesAreRefused) {
-    defaults.setObject("safe", "key");
-    auto messages = stderrOf([&] {
-        defaults.setObject(Value(std::make_shared<platform::Object>()), "key");
-        defaults.setObject(ValueDictionary{{1, "numeric key"}}, "key");
-        defaults.setObject(ValueList{Value()}, "key");
-        desktop::setUserDefaultsApplicationName("../escape");
-    });
-    EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), 4) << messages;
-    EXPECT_NE(messages.find("not storing the value for \"key\""), std::string::npos) << messages;
-    EXPECT_NE(messages.find("keeping \"ServicesTestApp\""), std::string::npos) << messages;
-    EXPECT_EQ(defaults.objectForKey("key"), Value("safe"));
 }
 
 TEST_F(ServicesUserDefaults, anUnreadableFileIsKeptAsideAndAFailedWriteKeepsTheValues) {
@@ -123,23 +106,6 @@ TEST_F(ServicesUserDefaults, xmlAndBinaryPropertyListsOfLibplistReadIntoValuesAn
         writeFile(scratch.path / "bad.plist", bytes);
         EXPECT_FALSE(platform::readPropertyListDictionary(scratch.path / "bad.plist")) << bytes;
     }
-}
-
-TEST_F(ServicesUserDefaults, manyThreadsMayReadWriteAndSynchronizeAtOnce) {
-    auto work = [this](std::string key) {
-        for (int i = 0; i < 50; ++i) {
-            defaults.setObject(i, key);
-            EXPECT_EQ(defaults.objectForKey(key), Value(i));
-            EXPECT_TRUE(i % 10 || defaults.synchronize());
-        }
-    };
-    std::thread a(work, "a"), b(work, "b");
-    work("main");
-    a.join();
-    b.join();
-    ASSERT_TRUE(defaults.synchronize());
-    platform::resetStandardUserDefaults();
-    for (auto key : {"a", "b", "main"}) EXPECT_EQ(defaults.objectForKey(key), Value(49)) << key;
 }
 
 }  // namespace

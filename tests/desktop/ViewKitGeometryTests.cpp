@@ -12,18 +12,6 @@ namespace {
 using desktop::View;
 using ViewKitGeometry = DesktopTest;
 
-TEST_F(ViewKitGeometry, addSubviewRefusesCyclesAndMovesAViewBetweenParents) {
-    auto a = std::make_shared<View>(Rect{0, 0, 10, 10}), b = std::make_shared<View>(Rect{0, 0, 10, 10});
-    auto c = std::make_shared<View>(Rect{0, 0, 10, 10});
-    EXPECT_TRUE(a->addSubview(b));
-    EXPECT_TRUE(b->addSubview(c));
-    EXPECT_FALSE(c->addSubview(a));
-    EXPECT_FALSE(a->addSubview(a));
-    EXPECT_TRUE(a->addSubview(c));
-    EXPECT_TRUE(b->desktopSubviews().empty());
-    EXPECT_EQ(a->desktopSubviews(), (std::vector<std::shared_ptr<View>>{b, c}));
-}
-
 TEST_F(ViewKitGeometry, aScrolledDocumentShiftsInTheWindowIsClippedAndHitThereOnly) {
     auto window = makeWindow({100, 100, 300, 200});
     auto scrollView = add<desktop::ScrollView>(window->desktopContentView(), Rect{10, 10, 100, 100});

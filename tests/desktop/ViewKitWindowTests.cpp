@@ -1,7 +1,5 @@
 // Windows and the application: the window list, key window and window order,
-// activation, first responders and modal alerts.
-#include "JTK/desktop/Alert.h"
-#include "JTK/desktop/KeyboardLayout.h"
+// and activation. (The final alert of a run is checked by the driver's launches.)
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
@@ -49,37 +47,6 @@ TEST_F(ViewKitWindows, activationMakesTheFrontmostWindowThatCanBeKeyTheKeyWindow
     app->activateIgnoringOtherApps(true);
     EXPECT_TRUE(app->isActive());
     EXPECT_EQ(app->keyWindow(), back);
-}
-
-TEST_F(ViewKitWindows, theFirstResponderIsAViewOfTheWindowThatAcceptsItUntilItLeaves) {
-    auto window = makeWindow({0, 0, 200, 100});
-    auto field = add<desktop::TextField>(window->desktopContentView(), Rect{10, 10, 100, 20});
-    auto label = add<desktop::Label>(window->desktopContentView(), Rect{10, 40, 100, 20}, "Name");
-    auto elsewhere = add<desktop::TextField>(makeWindow({0, 0, 200, 100})->desktopContentView(), Rect{10, 10, 100, 20});
-    EXPECT_FALSE(window->makeFirstResponder(label));
-    EXPECT_FALSE(window->makeFirstResponder(elsewhere));
-    EXPECT_TRUE(window->makeFirstResponder(field));
-    EXPECT_EQ(window->firstResponder(), field);
-    field->removeFromSuperview();
-    window->desktopContentView()->addSubview(field);
-    EXPECT_EQ(window->firstResponder(), nullptr) << "a responder that left the window has resigned";
-}
-
-TEST_F(ViewKitWindows, anAlertRunFromATestQueueIsAnsweredByThePostedReturnKey) {
-    auto alert = platform::makeAlert();
-    alert->setMessageText("Continue?");
-    int result = 0;
-    onQueue([&] {
-        auto person = platform::makeSerialQueue("Person");
-        person->async([&] {
-            while (!onMain([] { return desktop::Alert::current() != nullptr; })) std::this_thread::yield();
-            typeKey(desktop::keyCodes::returnKey);
-        });
-        result = alert->runModal();  // hops to the main thread and waits there
-        person->sync([] {});
-    });
-    EXPECT_EQ(result, 1000) << "the OK every alert without buttons gets";
-    EXPECT_EQ(desktop::Alert::current(), nullptr);
 }
 
 }  // namespace
