@@ -22,6 +22,7 @@ struct StopCase {
     std::string errorPart;  // a part of standard error
     size_t maxSearches = 0;  // 0: not counted
     long minSearchSpanMs = 0;
+    friend void PrintTo(const StopCase& c, std::ostream* out) { *out << c.scenario; }
 };
 
 class ElementStops : public testing::TestWithParam<StopCase> {};

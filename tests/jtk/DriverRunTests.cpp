@@ -110,6 +110,7 @@ struct LaunchCase {
     int status = 0;
     Lines output;
     std::string errorLine = "";
+    friend void PrintTo(const LaunchCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class DriverRunEnds : public DriverRun, public testing::WithParamInterface<LaunchCase> {};

@@ -15,6 +15,7 @@ struct DescriptionCase {
     Rect frame;
     Point windowOrigin;
     std::string name, expected;
+    friend void PrintTo(const DescriptionCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class DefaultDescription : public DesktopTest, public testing::WithParamInterface<DescriptionCase> {};

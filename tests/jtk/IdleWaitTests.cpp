@@ -15,6 +15,7 @@ struct IdleCase {
     double secondsPerReading;
     int expectedReadings;
     std::vector<std::string> expectedLines;
+    friend void PrintTo(const IdleCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class IdleWait : public testing::TestWithParam<IdleCase> {};

@@ -27,9 +27,21 @@ TEST(InputCharacters, areExtendedGraphemeClustersAndMalformedBytesBecomeReplacem
               (Strings{"a", "\uFFFD", "b"}));
 }
 
+// A text with every byte outside printable ASCII as \xNN, for test names.
+std::string escaped(const std::string& text) {
+    std::string out;
+    char hex[8];
+    for (unsigned char c : text) {
+        std::snprintf(hex, sizeof hex, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02X", c);
+        out += hex;
+    }
+    return out;
+}
+
 struct StrokeCase {
     std::string character;
     JTKKeyStroke expected;
+    friend void PrintTo(const StrokeCase& c, std::ostream* out) { *out << escaped(c.character); }
 };
 
 class InputKeyStroke : public testing::TestWithParam<StrokeCase> {};
@@ -53,6 +65,7 @@ struct EventPointCase {
     const char* label;
     std::vector<platform::Rect> screens;
     platform::Point screenPoint, expected;
+    friend void PrintTo(const EventPointCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class InputEventPoint : public testing::TestWithParam<EventPointCase> {

@@ -18,9 +18,21 @@ public:
     using Button::Button;
 };
 
+// A text with every byte outside printable ASCII as \xNN, for test names.
+std::string escaped(const std::string& text) {
+    std::string out;
+    char hex[8];
+    for (unsigned char c : text) {
+        std::snprintf(hex, sizeof hex, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02X", c);
+        out += hex;
+    }
+    return out;
+}
+
 struct TextPair {
     const char *a, *b;
     bool equal;
+    friend void PrintTo(const TextPair& c, std::ostream* out) { *out << escaped(c.a) << " / " << escaped(c.b); }
 };
 
 class LookupTextEquality : public testing::TestWithParam<TextPair> {};
@@ -45,6 +57,7 @@ struct TextsCase {
     const char* label;
     std::function<std::shared_ptr<desktop::View>()> make;
     std::vector<std::string> texts;
+    friend void PrintTo(const TextsCase& c, std::ostream* out) { *out << c.label; }
 };
 
 template <class V = desktop::View, class... Args>

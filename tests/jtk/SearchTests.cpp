@@ -25,6 +25,7 @@ struct ReadingCase {
     const char* label;
     std::vector<std::pair<double, double>> leftAndTop;
     std::vector<int> expected;
+    friend void PrintTo(const ReadingCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class ReadingOrder : public DesktopTest, public testing::WithParamInterface<ReadingCase> {};

@@ -84,6 +84,7 @@ struct EnvironmentCase {
     std::optional<std::string> testDataFolder;
     std::string copyOutput;
     Files afterCopy, afterRestore;
+    friend void PrintTo(const EnvironmentCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class DataEnvironmentCases : public DataEnvironment, public testing::WithParamInterface<EnvironmentCase> {};
