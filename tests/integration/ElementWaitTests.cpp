@@ -29,7 +29,6 @@ TEST_F(ElementWait, elementWaitsForAViewThatAppearsAfterTheFirstSearchesAndHonou
     });
     EXPECT_EQ(found, late);
     EXPECT_GE(seconds, 0.3) << "searches at 0, 0.1 and 0.2 s find nothing";
-    EXPECT_LT(seconds, 1.0);
 }
 
 TEST_F(ElementWait, existenceIsAskedOnceWithoutWaiting) {

@@ -39,17 +39,14 @@ struct ScratchFolder {
 };
 
 // Sets an environment variable (unsets it for nullptr) for one scope.
-class ScopedEnvironment {
-public:
-    ScopedEnvironment(const char* name, const char* value) : name_(name) {
-        if (const char* old = std::getenv(name)) old_ = old;
+struct ScopedEnvironment {
+    ScopedEnvironment(const char* name, const char* value) : name(name) {
+        if (const char* previous = std::getenv(name)) old = previous;
         value ? ::setenv(name, value, 1) : ::unsetenv(name);
     }
-    ~ScopedEnvironment() { old_ ? ::setenv(name_, old_->c_str(), 1) : ::unsetenv(name_); }
-
-private:
-    const char* name_;
-    std::optional<std::string> old_;
+    ~ScopedEnvironment() { old ? ::setenv(name, old->c_str(), 1) : ::unsetenv(name); }
+    const char* name;
+    std::optional<std::string> old;
 };
 
 // The folder of the test executables and the helper programs they start.
