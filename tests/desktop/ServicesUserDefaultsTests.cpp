@@ -1,321 +1,117 @@
+// User defaults: the property-list file of the application's domain,
+// unreadable or unwritable files, and property lists made by libplist.
 #include <gtest/gtest.h>
 #include <plist/plist.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <optional>
-#include <thread>
+#include <chrono>
 
 #include "JTK/desktop/UserDefaults.h"
-#include "JTK/platform/Object.h"
 #include "JTK/platform/UserDefaults.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk;
-
-namespace fs = std::filesystem;
+using namespace testsupport;
 using platform::Value;
 using platform::ValueDictionary;
 using platform::ValueList;
 
 namespace {
 
-std::string readAll(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-void writeAll(const fs::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
-}
-
-// Builds a property list with libplist itself, so reading is checked against
-// files our own writer did not make.
-struct PlistBuilder {
-    plist_t root = plist_new_dict();
-    ~PlistBuilder() { plist_free(root); }
-    void set(const char* key, plist_t item) { plist_dict_set_item(root, key, item); }
-    void writeXml(const fs::path& path) const {
-        char* bytes = nullptr;
-        uint32_t length = 0;
-        plist_to_xml(root, &bytes, &length);
-        writeAll(path, std::string(bytes, length));
-        plist_to_xml_free(bytes);
-    }
-    void writeBinary(const fs::path& path) const {
-        char* bytes = nullptr;
-        uint32_t length = 0;
-        plist_to_bin(root, &bytes, &length);
-        writeAll(path, std::string(bytes, length));
-        plist_to_bin_free(bytes);
-    }
-};
-
-// Every test gets its own configuration folder and application name; the
-// real home is never touched.
-class ServicesUserDefaults : public testing::Test {
-protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "services-defaults-XXXXXX").string();
-        ASSERT_TRUE(::mkdtemp(pattern.data()));
-        folder_ = pattern;
-        if (const char* old = std::getenv("XDG_CONFIG_HOME")) oldConfigHome_ = old;
-        ::setenv("XDG_CONFIG_HOME", (folder_ / "config").c_str(), 1);
-        desktop::setUserDefaultsApplicationName("ServicesTestApp");
-        platform::resetStandardUserDefaults();
-    }
-    void TearDown() override {
-        platform::resetStandardUserDefaults();
-        if (oldConfigHome_)
-            ::setenv("XDG_CONFIG_HOME", oldConfigHome_->c_str(), 1);
-        else
-            ::unsetenv("XDG_CONFIG_HOME");
-        fs::remove_all(folder_);
-    }
-    fs::path defaultsFile() const { return folder_ / "config" / "ServicesTestApp" / "defaults.plist"; }
-
-    fs::path folder_;
-    std::optional<std::string> oldConfigHome_;
-};
-
-ValueDictionary sampleValues() {
-    return {{"flag", true},
-            {"count", -42},
-            {"big", int64_t{1} << 40},
-            {"ratio", 0.1},
-            {"name", "Grüße <&> \"quoted\""},
-            {"list", ValueList{1, "two", ValueList{3.5}}},
-            {"nested", ValueDictionary{{"inner", false}, {"empty", ValueList{}}}}};
-}
-
-}  // namespace
-
-TEST_F(ServicesUserDefaults, SynchronizeWritesAnXmlPlistThatTheNextUseReadsBack) {
-    auto& defaults = platform::standardUserDefaults();
-    for (const auto& [key, value] : sampleValues()) defaults.setObject(value, *key.text());
-    EXPECT_EQ(desktop::standardUserDefaultsPath(), defaultsFile());
-    ASSERT_TRUE(defaults.synchronize());
-    EXPECT_EQ(readAll(defaultsFile()).rfind("<?xml", 0), 0u);
-    // Only the file: no temporary file left beside it.
-    EXPECT_EQ(std::distance(fs::directory_iterator(defaultsFile().parent_path()), fs::directory_iterator()), 1);
-
-    platform::resetStandardUserDefaults();
-    for (const auto& [key, value] : sampleValues()) EXPECT_EQ(defaults.objectForKey(*key.text()), value) << key.debugText();
-    EXPECT_TRUE(defaults.objectForKey("missing").isNone());
-}
-
-TEST_F(ServicesUserDefaults, ChangesStayInMemoryUntilSynchronizedAndRemovalsAreWrittenToo) {
-    auto& defaults = platform::standardUserDefaults();
-    defaults.setObject("first", "kept");
-    defaults.setObject("second", "dropped");
-    ASSERT_TRUE(defaults.synchronize());
-
-    defaults.setObject("third", "unsaved");
-    platform::resetStandardUserDefaults();
-    EXPECT_TRUE(defaults.objectForKey("unsaved").isNone());
-    EXPECT_EQ(defaults.objectForKey("kept"), Value("first"));
-
-    defaults.removeObject("dropped");
-    defaults.setObject(Value(), "kept");  // none removes as well
-    EXPECT_TRUE(defaults.objectForKey("kept").isNone());
-    ASSERT_TRUE(defaults.synchronize());
-    platform::resetStandardUserDefaults();
-    EXPECT_TRUE(defaults.objectForKey("dropped").isNone());
-    EXPECT_TRUE(defaults.objectForKey("kept").isNone());
-}
-
-TEST_F(ServicesUserDefaults, ValuesAPropertyListCannotHoldAreRefusedAndTheOldValueKept) {
-    auto& defaults = platform::standardUserDefaults();
-    defaults.setObject("safe", "key");
-    testing::internal::CaptureStderr();
-    defaults.setObject(Value(std::make_shared<platform::Object>()), "key");
-    defaults.setObject(ValueDictionary{{1, "numeric key"}}, "key");
-    defaults.setObject(ValueList{Value()}, "key");
-    std::string messages = testing::internal::GetCapturedStderr();
-    EXPECT_NE(messages.find("not storing the value for \"key\""), std::string::npos) << messages;
-    EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), 3);
-    EXPECT_EQ(defaults.objectForKey("key"), Value("safe"));
-    EXPECT_TRUE(defaults.synchronize());
-}
-
-TEST_F(ServicesUserDefaults, TheApplicationNameChoosesTheFileAndBadNamesAreRefused) {
-    auto& defaults = platform::standardUserDefaults();
-    defaults.setObject(1, "which");
-    ASSERT_TRUE(defaults.synchronize());
-
-    desktop::setUserDefaultsApplicationName("OtherApp");
-    EXPECT_EQ(desktop::standardUserDefaultsPath(), folder_ / "config" / "OtherApp" / "defaults.plist");
-    EXPECT_TRUE(defaults.objectForKey("which").isNone());  // another application's domain
-    defaults.setObject(2, "which");
-    ASSERT_TRUE(defaults.synchronize());
-
-    testing::internal::CaptureStderr();
-    desktop::setUserDefaultsApplicationName("../escape");
-    desktop::setUserDefaultsApplicationName("");
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("keeping \"OtherApp\""), std::string::npos);
-    EXPECT_EQ(desktop::userDefaultsApplicationName(), "OtherApp");
-
-    desktop::setUserDefaultsApplicationName("ServicesTestApp");
-    EXPECT_EQ(defaults.objectForKey("which"), Value(1));
-}
-
-TEST_F(ServicesUserDefaults, AnUnreadableDefaultsFileIsKeptAsideInsteadOfOverwritten) {
-    fs::create_directories(defaultsFile().parent_path());
-    writeAll(defaultsFile(), "this is not a property list");
-    auto& defaults = platform::standardUserDefaults();
-    testing::internal::CaptureStderr();
-    EXPECT_TRUE(defaults.objectForKey("anything").isNone());
-    defaults.setObject("fresh", "value");
-    EXPECT_TRUE(defaults.synchronize());
-    std::string messages = testing::internal::GetCapturedStderr();
-    EXPECT_NE(messages.find("not a readable property-list dictionary"), std::string::npos) << messages;
-
-    auto aside = defaultsFile();
-    aside += ".unreadable";
-    EXPECT_EQ(readAll(aside), "this is not a property list");
-    platform::resetStandardUserDefaults();
-    EXPECT_EQ(defaults.objectForKey("value"), Value("fresh"));
-}
-
-TEST_F(ServicesUserDefaults, AFailedSynchronizeReportsAndKeepsTheValuesInMemory) {
-    // A file where the configuration folder should be.
-    writeAll(folder_ / "blocker", "x");
-    ::setenv("XDG_CONFIG_HOME", (folder_ / "blocker").c_str(), 1);
-    auto& defaults = platform::standardUserDefaults();
-    defaults.setObject(5, "value");
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(defaults.synchronize());
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("cannot write"), std::string::npos);
-    EXPECT_EQ(defaults.objectForKey("value"), Value(5));
-    EXPECT_EQ(readAll(folder_ / "blocker"), "x");
-
-    // Without any configuration folder at all.
-    std::optional<std::string> home;
-    if (const char* old = std::getenv("HOME")) home = old;
-    ::unsetenv("XDG_CONFIG_HOME");
-    ::unsetenv("HOME");
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(defaults.synchronize());
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("no folder"), std::string::npos);
-    if (home) ::setenv("HOME", home->c_str(), 1);
-    EXPECT_EQ(defaults.objectForKey("value"), Value(5));
-}
-
 // 2001-01-02 00:00:00 UTC (an XML property list keeps whole seconds only).
 const platform::Date secondDayOf2001{std::chrono::system_clock::time_point(std::chrono::seconds(978307200 + 86400))};
 
-TEST_F(ServicesUserDefaults, XmlAndBinaryPropertyListsReadIntoValues) {
-    PlistBuilder builder;
-    builder.set("text", plist_new_string("hello"));
-    builder.set("yes", plist_new_bool(1));
-    builder.set("negative", plist_new_uint(static_cast<uint64_t>(int64_t{-3})));
-    builder.set("real", plist_new_real(2.5));
-    plist_t array = plist_new_array();
-    plist_array_append_item(array, plist_new_uint(1));
-    plist_array_append_item(array, plist_new_string("b"));
-    builder.set("array", array);
-    plist_t inner = plist_new_dict();
-    plist_dict_set_item(inner, "deep", plist_new_bool(0));
-    builder.set("dict", inner);
-    builder.set("date", plist_new_date(86400, 0));  // one day after 2001-01-01
-    builder.set("data", plist_new_data("hi!?", 4));
+// Every test gets its own configuration folder and application name; the real home is never touched.
+class ServicesUserDefaults : public testing::Test {
+protected:
+    void SetUp() override {
+        desktop::setUserDefaultsApplicationName("ServicesTestApp");
+        platform::resetStandardUserDefaults();
+    }
+    void TearDown() override { platform::resetStandardUserDefaults(); }
+    std::string stderrOf(const std::function<void()>& work) {
+        testing::internal::CaptureStderr();
+        work();
+        return testing::internal::GetCapturedStderr();
+    }
 
-    ValueDictionary expected{{"array", ValueList{1, "b"}},
-                             {"data", platform::Data{{'h', 'i', '!', '?'}}},
-                             {"date", secondDayOf2001},
-                             {"dict", ValueDictionary{{"deep", false}}},
-                             {"negative", -3},
-                             {"real", 2.5},
-                             {"text", "hello"},
-                             {"yes", true}};
-    auto sorted = [](ValueDictionary d) {
-        std::sort(d.begin(), d.end(), [](const auto& a, const auto& b) { return *a.first.text() < *b.first.text(); });
-        return d;
-    };
-    builder.writeXml(folder_ / "test.plist");
-    builder.writeBinary(folder_ / "test.bplist");
-    auto fromXml = platform::readPropertyListDictionary(folder_ / "test.plist");
-    auto fromBinary = platform::readPropertyListDictionary(folder_ / "test.bplist");
-    ASSERT_TRUE(fromXml);
-    ASSERT_TRUE(fromBinary);
-    EXPECT_EQ(sorted(*fromXml), expected);
-    EXPECT_EQ(sorted(*fromBinary), expected);
+    ScratchFolder scratch;
+    ScopedEnvironment configHome{"XDG_CONFIG_HOME", (scratch.path / "config").c_str()};
+    fs::path file = scratch.path / "config" / "ServicesTestApp" / "defaults.plist";
+    platform::UserDefaults& defaults = platform::standardUserDefaults();
+};
+
+TEST_F(ServicesUserDefaults, onlySynchronizeWritesTheFileWhichTheNextUseReadsBack) {
+    const ValueDictionary values{{"flag", true}, {"big", int64_t{1} << 40}, {"ratio", 0.1}, {"name", "Grüße <&> \"q\""},
+                                 {"nested", ValueDictionary{{"list", ValueList{1, "two"}}, {"empty", ValueList{}}}},
+                                 // Dates and data keep their kinds through the file.
+                                 {"when", secondDayOf2001}, {"blob", platform::Data{{0, 0xff}}}};
+    for (const auto& [key, value] : values) defaults.setObject(value, *key.text());
+    ASSERT_TRUE(defaults.synchronize());
+    EXPECT_EQ(desktop::standardUserDefaultsPath(), file);
+    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()), 1) << "no temporary";
+    defaults.setObject("unsaved", "flag");
+    platform::resetStandardUserDefaults();
+    for (const auto& [key, value] : values) EXPECT_EQ(defaults.objectForKey(*key.text()), value) << key.debugText();
+    defaults.removeObject("flag");
+    defaults.setObject(Value(), "name");  // none removes as well
+    ASSERT_TRUE(defaults.synchronize());
+    platform::resetStandardUserDefaults();
+    EXPECT_TRUE(defaults.objectForKey("flag").isNone());
+    EXPECT_TRUE(defaults.objectForKey("name").isNone());
 }
 
-TEST_F(ServicesUserDefaults, FilesThatAreNotPropertyListDictionariesReadAsNone) {
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_ / "missing.plist"));
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_));  // a folder
-    writeAll(folder_ / "empty.plist", "");
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_ / "empty.plist"));
-    writeAll(folder_ / "garbage.plist", "<?xml version=\"1.0\"?><plist><dict><key>a</key>");
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_ / "garbage.plist"));
-    writeAll(folder_ / "json.plist", "{\"a\": 1}");
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_ / "json.plist"));
+TEST_F(ServicesUserDefaults, anUnreadableFileIsKeptAsideAndAFailedWriteKeepsTheValues) {
+    writeFile(file, "this is not a property list");
+    auto messages = stderrOf([&] {
+        EXPECT_TRUE(defaults.objectForKey("anything").isNone());
+        defaults.setObject("fresh", "value");
+        EXPECT_TRUE(defaults.synchronize());
+    });
+    EXPECT_NE(messages.find("not a readable property-list dictionary"), std::string::npos) << messages;
+    EXPECT_EQ(readFile(file.string() + ".unreadable"), "this is not a property list");
+    writeFile(scratch.path / "blocker", "x");  // a file where the configuration folder should be
+    ScopedEnvironment blocked("XDG_CONFIG_HOME", (scratch.path / "blocker").c_str());
+    EXPECT_NE(stderrOf([&] { EXPECT_FALSE(defaults.synchronize()); }).find("cannot write"), std::string::npos);
+    ScopedEnvironment noConfig("XDG_CONFIG_HOME", nullptr), noHome("HOME", nullptr);
+    EXPECT_NE(stderrOf([&] { EXPECT_FALSE(defaults.synchronize()); }).find("no folder"), std::string::npos);
+    EXPECT_EQ(defaults.objectForKey("value"), Value("fresh"));
+    EXPECT_EQ(readFile(scratch.path / "blocker"), "x");
+}
 
-    plist_t array = plist_new_array();
-    plist_array_append_item(array, plist_new_string("not a dictionary"));
+std::string plistBytes(plist_t root, bool binary) {
     char* bytes = nullptr;
     uint32_t length = 0;
-    plist_to_bin(array, &bytes, &length);
-    std::string binary(bytes, length);
-    plist_to_bin_free(bytes);
-    plist_free(array);
-    writeAll(folder_ / "array.bplist", binary);
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_ / "array.bplist"));
-    writeAll(folder_ / "truncated.bplist", binary.substr(0, binary.size() / 2));
-    EXPECT_FALSE(platform::readPropertyListDictionary(folder_ / "truncated.bplist"));
+    binary ? plist_to_bin(root, &bytes, &length) : plist_to_xml(root, &bytes, &length);
+    std::string result(bytes, length);
+    binary ? plist_to_bin_free(bytes) : plist_to_xml_free(bytes);
+    return result;
 }
 
-TEST_F(ServicesUserDefaults, LoadingAFileWithAlphaAndBetaOverExistingGammaKeepsGamma) {
-    auto& defaults = platform::standardUserDefaults();
-    defaults.setObject("old alpha", "alpha");
-    defaults.setObject("kept", "gamma");
-    ASSERT_TRUE(defaults.synchronize());
-
-    PlistBuilder builder;
-    builder.set("alpha", plist_new_string("new alpha"));
-    builder.set("beta", plist_new_uint(2));
-    builder.set("when", plist_new_date(86400, 0));
-    builder.set("blob", plist_new_data("\0\xff", 2));
-    builder.writeBinary(folder_ / "testDefaults.plist");
-
-    // What loading test defaults does: reset, read, store every key, synchronize.
-    platform::resetStandardUserDefaults();
-    auto loaded = platform::readPropertyListDictionary(folder_ / "testDefaults.plist");
-    ASSERT_TRUE(loaded);
-    for (const auto& [key, value] : *loaded) defaults.setObject(value, *key.text());
-    ASSERT_TRUE(defaults.synchronize());
-
-    platform::resetStandardUserDefaults();
-    EXPECT_EQ(defaults.objectForKey("alpha"), Value("new alpha"));
-    EXPECT_EQ(defaults.objectForKey("beta"), Value(2));
-    EXPECT_EQ(defaults.objectForKey("gamma"), Value("kept"));
-    // Dates and data keep their kinds through the defaults file.
-    EXPECT_EQ(defaults.objectForKey("when"), Value(secondDayOf2001));
-    EXPECT_EQ(defaults.objectForKey("blob"), Value(platform::Data{{0, 0xff}}));
-    EXPECT_EQ(defaults.objectForKey("when").debugText(), "2001-01-02T00:00:00Z");
+TEST_F(ServicesUserDefaults, xmlAndBinaryPropertyListsOfLibplistReadIntoValuesAndOtherFilesIntoNone) {
+    plist_t root = plist_new_dict(), array = plist_new_array();
+    plist_dict_set_item(root, "negative", plist_new_uint(static_cast<uint64_t>(int64_t{-3})));
+    plist_array_append_item(array, plist_new_real(2.5));
+    plist_dict_set_item(root, "array", array);
+    plist_dict_set_item(root, "date", plist_new_date(86400, 0));  // one day after 2001-01-01
+    plist_dict_set_item(root, "data", plist_new_data("hi!?", 4));
+    const ValueDictionary expected{
+        {"array", ValueList{2.5}}, {"data", platform::Data{{'h', 'i', '!', '?'}}}, {"date", secondDayOf2001}, {"negative", -3}};
+    std::string binary = plistBytes(root, true);
+    for (const auto& bytes : {plistBytes(root, false), binary}) {
+        writeFile(scratch.path / "test.plist", bytes);
+        auto read = platform::readPropertyListDictionary(scratch.path / "test.plist");
+        ASSERT_TRUE(read);
+        std::sort(read->begin(), read->end(), [](auto& a, auto& b) { return *a.first.text() < *b.first.text(); });
+        EXPECT_EQ(*read, expected);
+    }
+    plist_free(root);
+    EXPECT_FALSE(platform::readPropertyListDictionary(scratch.path));  // a folder
+    for (const std::string& bytes : {std::string(), std::string("<?xml version=\"1.0\"?><plist><dict><key>a</key>"),
+                                     std::string("{\"a\": 1}"), binary.substr(0, binary.size() / 2)}) {
+        writeFile(scratch.path / "bad.plist", bytes);
+        EXPECT_FALSE(platform::readPropertyListDictionary(scratch.path / "bad.plist")) << bytes;
+    }
 }
 
-TEST_F(ServicesUserDefaults, ManyThreadsMayReadWriteAndSynchronizeAtOnce) {
-    auto& defaults = platform::standardUserDefaults();
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 3; ++t)
-        threads.emplace_back([&defaults, t] {
-            for (int i = 0; i < 50; ++i) {
-                std::string key = "thread" + std::to_string(t);
-                defaults.setObject(i, key);
-                EXPECT_EQ(defaults.objectForKey(key), Value(i));
-                if (i % 10 == 0) {
-                    EXPECT_TRUE(defaults.synchronize());
-                }
-            }
-        });
-    for (auto& thread : threads) thread.join();
-    ASSERT_TRUE(defaults.synchronize());
-    platform::resetStandardUserDefaults();
-    for (int t = 0; t < 3; ++t) EXPECT_EQ(defaults.objectForKey("thread" + std::to_string(t)), Value(49));
-}
+}  // namespace

@@ -1,168 +1,81 @@
-// Ends of a test run caused by element searches, run in a child process
-// (tests/programs/ElementScenarios): the exact message, the exit status, and
-// the user's Application Support data put back in place.
+// Ends of a test run caused by element searches and actions, run in a child
+// process (tests/programs/ElementScenarios): the exact message, the exit
+// status, how often a wait searched, and the user's Application Support data
+// put back in place.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-#include <sys/wait.h>
+#include <algorithm>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
-#include <vector>
+#include "run/JTKShell.h"
+#include "tests/support/TestFiles.h"
 
-namespace fs = std::filesystem;
+using namespace jtk;
+using namespace testsupport;
 
 namespace {
 
-struct ChildResult {
-    int status = -1;
-    std::vector<std::string> lines;  // standard output
-    std::string errors;              // standard error
-    fs::path support;                // the child's Application Support folder
-    std::vector<long> searches;      // start of each search burst, in ms
+// A scenario, how its process ends, and how many searches it made over how long.
+struct StopCase {
+    const char* scenario;
+    int status;
+    std::string line;       // a line of standard output
+    std::string errorPart;  // a part of standard error
+    size_t maxSearches = 0;  // 0: not counted
+    long minSearchSpanMs = 0;
+    friend void PrintTo(const StopCase& c, std::ostream* out) { *out << c.scenario; }
 };
 
-fs::path binDirectory() {
-    if (const char* dir = std::getenv("JTK_BIN_DIR")) return dir;
-    return fs::read_symlink("/proc/self/exe").parent_path();
-}
+class ElementStops : public testing::TestWithParam<StopCase> {};
 
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-class ElementStop : public ::testing::Test {
-protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/jtk-element-stop-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        scratch = pattern;
-    }
-    void TearDown() override {
-        std::error_code error;
-        fs::remove_all(scratch, error);
-    }
-
-    ChildResult run(const std::string& scenario) {
-        ChildResult result;
-        auto out = scratch / (scenario + ".out"), err = scratch / (scenario + ".err");
-        std::string command = "XDG_DATA_HOME='" + (scratch / "data").string() + "' '" +
-                              (binDirectory() / "ElementScenarios").string() + "' " + scenario + " '" +
-                              scratch.string() + "' >'" + out.string() + "' 2>'" + err.string() + "'";
-        int raw = std::system(command.c_str());
-        result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        std::istringstream lines(readFile(out));
-        long previous = -1000;
-        for (std::string line; std::getline(lines, line);) {
-            if (line.rfind("support ", 0) == 0) result.support = line.substr(8);
-            if (line.rfind("search ", 0) == 0) {
-                long at = std::stol(line.substr(7));
-                // Calls more than 50 ms apart belong to different searches.
-                if (at - previous > 50) result.searches.push_back(at);
-                previous = at;
-                continue;
-            }
-            result.lines.push_back(line);
+TEST_P(ElementStops, printTheMessageEndTheProcessAndPutTheUsersDataBack) {
+    const auto& expected = GetParam();
+    ScratchFolder scratch;
+    auto child = runShellCommand("XDG_DATA_HOME=" + quoted(scratch.path / "data") + " " +
+                                 quoted(binDirectory() / "ElementScenarios") + " " + expected.scenario + " " +
+                                 quoted(scratch.path));
+    std::string errors;
+    for (const auto& line : child.errorLines) errors += line + "\n";
+    EXPECT_EQ(child.status, expected.status) << errors;
+    auto& lines = child.outputLines;
+    EXPECT_NE(std::find(lines.begin(), lines.end(), expected.line), lines.end()) << testing::PrintToString(lines);
+    EXPECT_NE(errors.find(expected.errorPart), std::string::npos) << errors;
+    bool returned = std::find(lines.begin(), lines.end(), "scenario returned") != lines.end();
+    EXPECT_EQ(returned, expected.scenario == std::string("found"));
+    // "search <ms>" each time a search reads the window: calls more than 50 ms apart are different searches.
+    std::vector<long> searches;
+    for (long previous = -1000; const auto& line : lines)
+        if (line.starts_with("search ")) {
+            long at = std::stol(line.substr(7));
+            if (at - previous > 50) searches.push_back(at);
+            previous = at;
         }
-        result.errors = readFile(err);
-        return result;
+    if (expected.maxSearches > 0) {
+        ASSERT_FALSE(searches.empty());
+        EXPECT_LE(searches.size(), expected.maxSearches);
+        EXPECT_GE(searches.back() - searches.front(), expected.minSearchSpanMs);
     }
-
-    // The user's file is back and neither test data nor the aside folder is left.
-    static void expectUserDataRestored(const ChildResult& result) {
-        ASSERT_FALSE(result.support.empty());
-        EXPECT_EQ(readFile(result.support / "user.txt"), "user data");
-        EXPECT_FALSE(fs::exists(result.support / "test.txt"));
-        EXPECT_FALSE(fs::exists(result.support.string() + "_Temp"));
-    }
-
-    static bool hasLine(const ChildResult& result, const std::string& line) {
-        for (const auto& l : result.lines)
-            if (l == line) return true;
-        return false;
-    }
-
-    fs::path scratch;
-};
-
-TEST_F(ElementStop, waitThatRunsOutPrintsRestoresAndExitsZero) {
-    auto result = run("waitTimeout");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(hasLine(result, "waitForExistence timeout while looking for element: Nothing")) << result.errors;
-    EXPECT_TRUE(hasLine(result, "Restoring Application Support Data"));
-    EXPECT_FALSE(hasLine(result, "scenario returned"));
-    // Timeout 0.05: a search at once, one sleep, a second search, then the end.
-    ASSERT_EQ(result.searches.size(), 2u);
-    EXPECT_GE(result.searches[1] - result.searches[0], 95);
-    expectUserDataRestored(result);
+    // The user's file is back and neither the test data nor the aside folder is left.
+    auto support = scratch.path / "data" / "ElementScenarios";
+    EXPECT_EQ(readFile(support / "user.txt"), "user data");
+    EXPECT_FALSE(fs::exists(support / "test.txt"));
+    EXPECT_FALSE(fs::exists(support.string() + "_Temp"));
 }
 
-TEST_F(ElementStop, elementWaitsOneSecondThenEndsTheRun) {
-    auto result = run("elementTimeout");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(hasLine(result, "waitForExistence timeout while looking for element: Nothing"));
-    ASSERT_GE(result.searches.size(), 2u);
-    // The first search of element() and the first of its wait are made at once;
-    // polls follow every 100 ms for a little over a second.
-    EXPECT_GE(result.searches.back() - result.searches.front(), 1000);
-    EXPECT_LE(result.searches.size(), 12u);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, missingSubElementIsAFatalStop) {
-    auto result = run("subElement");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "subElement matching \"Missing\" doesn't exist"));
-    EXPECT_NE(result.errors.find("JTK/JTKElement"), std::string::npos) << result.errors;
-    EXPECT_FALSE(hasLine(result, "scenario returned"));
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, missingSubElementOfTypeNamesTheClass) {
-    auto result = run("subElementType");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "subElement matching type of \"ImageView\" doesn't exist"));
-    EXPECT_NE(result.errors.find("JTK/JTKElement"), std::string::npos);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, missingWindowNamesTheTitleWithoutQuotes) {
-    auto result = run("appWindow");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "window matching Nowhere doesn't exist"));
-    EXPECT_NE(result.errors.find("JTK/JTKTestSuite"), std::string::npos);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, elementWhoseViewIsGoneNamesItsLookupDescription) {
-    auto result = run("goneView");
-    EXPECT_EQ(result.status, 1);
-    // The button's centre is (150, 120) on screen; it has no name.
-    EXPECT_TRUE(hasLine(result, "Element \"150120\" no longer has a view (frameOnScreen)"));
-    EXPECT_NE(result.errors.find("JTK/JTKElement"), std::string::npos);
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, keyWindowWithoutAnyWindowStops) {
-    auto result = run("noWindow");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(hasLine(result, "keyWindow: the application has no window"));
-    expectUserDataRestored(result);
-}
-
-TEST_F(ElementStop, foundElementLetsTheBodyGoOn) {
-    auto result = run("found");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(hasLine(result, "found 150120"));
-    EXPECT_TRUE(hasLine(result, "scenario returned"));
-    EXPECT_EQ(result.searches.size(), 1u) << "a lookup that matches at once does not sleep";
-    expectUserDataRestored(result);
-}
+INSTANTIATE_TEST_SUITE_P(
+    Scenarios, ElementStops,
+    testing::Values(
+        // Time-out 0.05 s: a search at once, one sleep of 100 ms, a second search.
+        StopCase{"waitTimeout", 0, "waitForExistence timeout while looking for element: Nothing", "", 2, 95},
+        // element() polls every 100 ms for a little over a second.
+        StopCase{"elementTimeout", 0, "waitForExistence timeout while looking for element: Nothing", "", 12, 1000},
+        StopCase{"subElement", 1, "subElement matching \"Missing\" doesn't exist", "JTK/JTKElement"},
+        StopCase{"subElementType", 1, "subElement matching type of \"ImageView\" doesn't exist", "JTK/JTKElement"},
+        StopCase{"appWindow", 1, "window matching Nowhere doesn't exist", "JTK/JTKTestSuite"},
+        // The button's centre is (150, 120) on screen; it has no name.
+        StopCase{"goneView", 1, "Element \"150120\" no longer has a view (frameOnScreen)", "JTK/JTKElement"},
+        StopCase{"noWindow", 1, "keyWindow: the application has no window", ""},
+        StopCase{"openMenu", 1, "JTK: no menu opened within 5 seconds after clicking 150120", "JTKElement::openMenu"},
+        StopCase{"found", 0, "found 150120", "", 1, 0}),  // a lookup that matches at once does not sleep
+    [](const auto& info) { return std::string(info.param.scenario); });
 
 }  // namespace

@@ -1,48 +1,35 @@
 // Menus chosen by title: pop-up menus opened by a real click and tracking
-// on the main thread, nested submenus, the captured current open menu, a
-// main-menu shortcut typed with command, and openMenu's time-out.
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
-#include "InputFixture.h"
+// on the main thread, nested submenus, the captured current open menu and a
+// main-menu shortcut typed with command.
 #include "input/JTKEventPosting.h"
-#include "JTK/desktop/Menu.h"
 #include "JTK/desktop/MenuItem.h"
-#include "JTK/desktop/controls/PopUpButton.h"
-#include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
+#include "tests/support/DesktopFixtures.h"
 
-using namespace jtk;
+using namespace testsupport;
 
 namespace {
 
-using platform::EventType;
-
-class InputMenuTest : public InputFixture {
+class InputMenuTest : public DesktopTest {
 protected:
     void SetUp() override {
-        InputFixture::SetUp();
-        window = makeWindow(100, 100, 400, 300);
-        menu = desktop::Menu::make("Choices");
-        for (const char* title : {"One", "Two", "Three"}) menu->addItem(item(title));
-        auto more = item("More");
-        auto submenu = desktop::Menu::make("More");
-        submenu->addItem(item("Two"));  // the top-level "Two" comes first
-        submenu->addItem(item("Deep"));
-        auto deeper = item("Deeper");
-        auto innermost = desktop::Menu::make("Deeper");
-        innermost->addItem(item("Nested"));
-        innermost->addItem(item("Innermost"));
-        deeper->setSubmenu(innermost);
-        submenu->addItem(deeper);
-        more->setSubmenu(submenu);
-        menu->addItem(more);
-        popUp = add<desktop::PopUpButton>(window->desktopContentView(), platform::Rect{50, 200, 120, 24}, menu);
+        DesktopTest::SetUp();
+        window = makeWindow({100, 100, 400, 300});
+        // Choices: One, Two, Three, More > (Two, Deeper > (Nested, Innermost)).
+        auto menuOf = [](const char* title, std::vector<std::shared_ptr<desktop::MenuItem>> items) {
+            auto made = desktop::Menu::make(title);
+            for (auto& entry : items) made->addItem(entry);
+            return made;
+        };
+        auto withSubmenu = [this](const char* title, std::shared_ptr<desktop::Menu> submenu) {
+            auto made = item(title);
+            made->setSubmenu(submenu);
+            return made;
+        };
+        menu = menuOf("Choices", {item("One"), item("Two"), item("Three"),
+                                  withSubmenu("More", menuOf("More", {item("Two"), withSubmenu("Deeper", menuOf("Deeper",
+                                                                     {item("Nested"), item("Innermost")}))}))});
+        popUp = add<desktop::PopUpButton>(window->desktopContentView(), Rect{50, 200, 120, 24}, menu);
         popUp->selectItemWithTitle("One");
     }
 
@@ -53,8 +40,8 @@ protected:
             chosenFrom.push_back(chosen.desktopMenu());
         });
     }
-    bool anyMenuTracking() {
-        return jtkOnMainThread([] { return desktop::Menu::trackingMenu() != nullptr; });
+    static bool anyMenuTracking() {
+        return onMain([] { return desktop::Menu::trackingMenu() != nullptr; });
     }
 
     std::shared_ptr<desktop::Window> window;
@@ -66,7 +53,7 @@ protected:
 };
 
 TEST_F(InputMenuTest, WithNoOpenMenuTheElementIsClickedAndTheItemChosen) {
-    onQueue([&] { elementOf(popUp).clickMenuItem("Three", platform::eventFlags::alternate); });
+    onQueue([&] { JTKElement(popUp).clickMenuItem("Three", platform::eventFlags::alternate); });
     EXPECT_EQ(chosenTitles, (std::vector<std::string>{"Three"}));
     EXPECT_EQ(popUp->titleOfSelectedItem(), "Three");
     EXPECT_FALSE(anyMenuTracking()) << "the menu was closed";
@@ -79,42 +66,30 @@ TEST_F(InputMenuTest, WithNoOpenMenuTheElementIsClickedAndTheItemChosen) {
     EXPECT_EQ(JTKElement::currentOpenMenu(), menu) << "the click's own capture saw the menu too";
 }
 
-TEST_F(InputMenuTest, AfterAClickThatOpenedTheMenuTheItemIsChosenWithoutAnotherClick) {
+TEST_F(InputMenuTest, AfterAClickThatOpenedTheMenuItAndLaterChoicesAreMadeWithoutAnotherClick) {
     onQueue([&] {
-        JTKElement element = elementOf(popUp);
-        element.click();
+        JTKElement(popUp).click();
         EXPECT_EQ(JTKElement::currentOpenMenu(), menu);
         EXPECT_TRUE(anyMenuTracking());
-        element.clickMenuItem("Two");
+        JTKElement(popUp).clickMenuItem("Two");
+        // The menu is closed, but it is still the current open menu.
+        JTKElement(window->contentView()).clickMenuItem("Nested");
     });
     EXPECT_EQ(posted({EventType::leftMouseDown}).size(), 1u);
-    ASSERT_EQ(chosenTitles, (std::vector<std::string>{"Two"}));
-    EXPECT_EQ(chosenFrom[0], menu) << "the top-level Two wins over the submenu's";
+    EXPECT_EQ(chosenTitles, (std::vector<std::string>{"Two", "Nested"}));
+    EXPECT_EQ(chosenFrom.at(0), menu) << "the top-level Two wins over the submenu's";
     EXPECT_FALSE(anyMenuTracking());
 }
 
-TEST_F(InputMenuTest, ANestedItemIsPerformedByItsOwnSubmenuAndTheTopMenuCloses) {
-    onQueue([&] { elementOf(popUp).clickMenuItem("Innermost"); });
+TEST_F(InputMenuTest, ANestedItemIsPerformedByItsOwnSubmenuAndAnUnknownTitleChoosesNothing) {
+    onQueue([&] { JTKElement(popUp).clickMenuItem("Innermost"); });
     ASSERT_EQ(chosenTitles, (std::vector<std::string>{"Innermost"}));
     EXPECT_EQ(chosenFrom[0]->title(), "Deeper");
     EXPECT_FALSE(anyMenuTracking());
-}
-
-TEST_F(InputMenuTest, TheCapturedMenuServesLaterChoicesUntilAnotherOpens) {
-    onQueue([&] {
-        elementOf(popUp).clickMenuItem("Deep");
-        // The menu is closed, but it is still the current open menu: the next
-        // choice is made from it without a click.
-        elementOf(window->contentView()).clickMenuItem("Nested");
-    });
-    EXPECT_EQ(chosenTitles, (std::vector<std::string>{"Deep", "Nested"}));
-    EXPECT_EQ(posted({EventType::leftMouseDown}).size(), 1u);
-}
-
-TEST_F(InputMenuTest, AnUnknownTitleChoosesNothingAndClosesTheMenu) {
-    onQueue([&] { elementOf(popUp).clickMenuItem("two"); });
-    EXPECT_TRUE(chosenTitles.empty()) << "titles compare exactly";
-    EXPECT_FALSE(anyMenuTracking());
+    JTKElement::setCurrentOpenMenu(nullptr);
+    onQueue([&] { JTKElement(popUp).clickMenuItem("two"); });
+    EXPECT_EQ(chosenTitles.size(), 1u) << "titles compare exactly";
+    EXPECT_FALSE(anyMenuTracking()) << "the menu was closed";
     EXPECT_EQ(popUp->titleOfSelectedItem(), "One");
 }
 
@@ -125,7 +100,7 @@ TEST_F(InputMenuTest, AMenuOpeningAfterTheCaptureWindowIsNotCaptured) {
             [&] { platform::defaultNotificationCenter().post(platform::menuDidBeginTrackingNotification, object); });
     };
     onQueue([&] {
-        JTKElement element = elementOf(window->contentView());
+        JTKElement element = JTKElement(window->contentView());
         element.caputureMenuIfOneOpens();
         JTKEventPosting::pause(150'000);
         announce(late);
@@ -136,58 +111,6 @@ TEST_F(InputMenuTest, AMenuOpeningAfterTheCaptureWindowIsNotCaptured) {
         announce(popUp);
         EXPECT_EQ(JTKElement::currentOpenMenu(), nullptr) << "a non-menu object empties it";
     });
-}
-
-TEST_F(InputMenuTest, AMainMenuShortcutTypedWithCommandPerformsItsItem) {
-    auto mainMenu = desktop::Menu::make("Main");
-    auto file = desktop::MenuItem::make("File");
-    auto fileMenu = desktop::Menu::make("File");
-    fileMenu->addItem(desktop::MenuItem::make(
-        "Save", [this](desktop::MenuItem& chosen) { chosenTitles.push_back(chosen.title()); }, "s"));
-    file->setSubmenu(fileMenu);
-    mainMenu->addItem(file);
-    auto app = desktop::Application::shared();
-    auto previous = app->mainMenu();
-    app->setMainMenu(mainMenu);
-    onQueue([&] {
-        JTKTestSuite::typeKey(1, 0, false);  // s without command: not the shortcut
-        JTKTestSuite::typeKey(1, platform::eventFlags::command, false);
-    });
-    app->setMainMenu(previous);
-    EXPECT_EQ(chosenTitles, (std::vector<std::string>{"Save"}));
-}
-
-// openMenu on a view that opens no menu ends the run after 5 seconds with a
-// message, having put the user's data back.
-TEST(InputOpenMenuTimeout, EndsTheRunWithAMessageAndRestoresTheData) {
-    namespace fs = std::filesystem;
-    const char* bin = std::getenv("JTK_BIN_DIR");
-    ASSERT_NE(bin, nullptr) << "run through ctest, or set JTK_BIN_DIR";
-    fs::path home = fs::temp_directory_path() / ("jtk-input-openmenu-" + std::to_string(::getpid()));
-    fs::remove_all(home);
-    fs::create_directories(home / "data" / "InputOpenMenuTimeout");
-    std::ofstream(home / "data" / "InputOpenMenuTimeout" / "user.txt") << "the user's own";
-    fs::create_directories(home / "testdata");
-    std::ofstream(home / "testdata" / "test.txt") << "test data";
-    std::string command = "XDG_DATA_HOME='" + (home / "data").string() + "' '" +
-                          (fs::path(bin) / "InputOpenMenuTimeout").string() + "' '" + (home / "testdata").string() +
-                          "' 2>&1";
-    FILE* pipe = ::popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string output;
-    char buffer[512];
-    while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, n);
-    int status = ::pclose(pipe);
-    ASSERT_TRUE(WIFEXITED(status)) << output;
-    EXPECT_EQ(WEXITSTATUS(status), 1) << output;
-    EXPECT_NE(output.find("test data installed"), std::string::npos) << output;
-    EXPECT_NE(output.find("\nJTK: no menu opened within 5 seconds after clicking Plain"), std::string::npos) << output;
-    EXPECT_EQ(output.find("returned"), std::string::npos) << output;
-    // The user's folder is back, the test data and the aside folder are gone.
-    EXPECT_TRUE(fs::exists(home / "data" / "InputOpenMenuTimeout" / "user.txt"));
-    EXPECT_FALSE(fs::exists(home / "data" / "InputOpenMenuTimeout" / "test.txt"));
-    EXPECT_FALSE(fs::exists(home / "data" / "InputOpenMenuTimeout_Temp"));
-    fs::remove_all(home);
 }
 
 }  // namespace

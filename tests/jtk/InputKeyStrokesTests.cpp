@@ -1,79 +1,99 @@
-// Typed text to key strokes: the key table, character splitting and the
-// lower-case rule that decides shift, with no desktop involved.
+// Pure input rules: typed text to key strokes (the key table, character
+// splitting, the lower-case rule that decides shift) and screen points to
+// event points.
 #include <gtest/gtest.h>
 
-#include "JTK/JTKTestSuite.h"
-#include "input/JTKKeyStrokes.h"
+#include "JTK/desktop/Screens.h"
 #include "JTK/platform/Events.h"
+#include "input/JTKEventPosting.h"
+#include "input/JTKKeyStrokes.h"
 
 using namespace jtk;
 
 namespace {
 
 using Strings = std::vector<std::string>;
+using platform::eventFlags::shift;
 
-TEST(InputKeyCodeMap, HoldsExactlyTheLettersReturnSpaceAndTab) {
-    const auto& map = JTKTestSuite::keyCodeMap();
-    const std::map<std::string, uint16_t> expected{
-        {"a", 0},  {"b", 11}, {"c", 8},  {"d", 2},  {"e", 14}, {"f", 3},  {"g", 5},  {"h", 4},  {"i", 34}, {"j", 38},
-        {"k", 40}, {"l", 37}, {"m", 46}, {"n", 45}, {"o", 31}, {"p", 35}, {"q", 12}, {"r", 15}, {"s", 1},  {"t", 17},
-        {"u", 32}, {"v", 9},  {"w", 13}, {"x", 7},  {"y", 16}, {"z", 6},  {"\r", 36}, {" ", 49}, {"\t", 48}};
-    EXPECT_EQ(map, expected);
-    EXPECT_EQ(map.size(), 29u);
-    EXPECT_EQ(&map, &JTKTestSuite::keyCodeMap()) << "built once";
-    for (const char* absent : {"1", "\n", ".", "A"}) EXPECT_FALSE(map.contains(absent)) << absent;
-}
-
-TEST(InputCharacters, SplitsIntoExtendedGraphemeClusters) {
+TEST(InputCharacters, areExtendedGraphemeClustersAndMalformedBytesBecomeReplacements) {
     EXPECT_TRUE(jtkCharacters("").empty());
     EXPECT_EQ(jtkCharacters("Hi 1"), (Strings{"H", "i", " ", "1"}));
-    // e + combining acute, a flag of two regional indicators, a family joined by ZWJ.
     EXPECT_EQ(jtkCharacters("e\u0301x"), (Strings{"e\u0301", "x"}));
     EXPECT_EQ(jtkCharacters("\U0001F1E9\U0001F1EA!"), (Strings{"\U0001F1E9\U0001F1EA", "!"}));
-    EXPECT_EQ(jtkCharacters("\U0001F468\u200D\U0001F469\u200D\U0001F467"),
-              (Strings{"\U0001F468\u200D\U0001F469\u200D\U0001F467"}));
+    EXPECT_EQ(jtkCharacters("\U0001F468\u200D\U0001F469"), (Strings{"\U0001F468\u200D\U0001F469"}));
     EXPECT_EQ(jtkCharacters("a\r\nb"), (Strings{"a", "\r\n", "b"}));
-    EXPECT_EQ(jtkCharacters("\u65E5\u672C"), (Strings{"\u65E5", "\u672C"}));
+    EXPECT_EQ(jtkCharacters("a\xff"
+                            "b"),
+              (Strings{"a", "\uFFFD", "b"}));
 }
 
-TEST(InputCharacters, MalformedUtf8BecomesReplacementCharacters) {
-    auto characters = jtkCharacters(std::string("a\xff") + "b");
-    ASSERT_EQ(characters.size(), 3u);
-    EXPECT_EQ(characters[0], "a");
-    EXPECT_EQ(characters[1], "\uFFFD");
-    EXPECT_EQ(characters[2], "b");
-}
-
-TEST(InputKeyStrokes, TableCharactersUseTheirKeyAndShiftOnlyForUpperCase) {
-    using platform::eventFlags::shift;
-    EXPECT_EQ(jtkKeyStrokeForCharacter("a"), (JTKKeyStroke{0, 0, {}}));
-    EXPECT_EQ(jtkKeyStrokeForCharacter("A"), (JTKKeyStroke{0, shift, {}}));
-    EXPECT_EQ(jtkKeyStrokeForCharacter("W"), (JTKKeyStroke{13, shift, {}}));
-    EXPECT_EQ(jtkKeyStrokeForCharacter(" "), (JTKKeyStroke{49, 0, {}}));
-    EXPECT_EQ(jtkKeyStrokeForCharacter("\t"), (JTKKeyStroke{48, 0, {}}));
-    EXPECT_EQ(jtkKeyStrokeForCharacter("\r"), (JTKKeyStroke{36, 0, {}}));
-}
-
-TEST(InputKeyStrokes, LineFeedAndCrLfAreReturnAsAPersonTypesThem) {
-    for (const std::string lineBreak : {"\n", "\r\n"}) {
-        EXPECT_EQ(jtkKeyStrokeForCharacter(lineBreak), (JTKKeyStroke{36, 0, {}})) << testing::PrintToString(lineBreak);
+// A text with every byte outside printable ASCII as \xNN, for test names.
+std::string escaped(const std::string& text) {
+    std::string out;
+    char hex[8];
+    for (unsigned char c : text) {
+        std::snprintf(hex, sizeof hex, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02X", c);
+        out += hex;
     }
+    return out;
 }
 
-TEST(InputKeyStrokes, OtherCharactersCarryThemselvesAsText) {
-    for (const std::string character : {"1", ".", "\u00C4", "\u00E9", "\u65E5", "e\u0301"}) {
-        EXPECT_EQ(jtkKeyStrokeForCharacter(character), (JTKKeyStroke{0, 0, character})) << character;
-    }
+struct StrokeCase {
+    std::string character;
+    JTKKeyStroke expected;
+    friend void PrintTo(const StrokeCase& c, std::ostream* out) { *out << escaped(c.character); }
+};
+
+class InputKeyStroke : public testing::TestWithParam<StrokeCase> {};
+
+TEST_P(InputKeyStroke, tableKeysWithShiftForUpperCaseElseTheCharacterAsText) {
+    EXPECT_EQ(jtkKeyStrokeForCharacter(GetParam().character), GetParam().expected) << GetParam().character;
 }
 
-TEST(InputKeyStrokes, LowerCaseFollowsUnicodeNotAscii) {
-    EXPECT_EQ(jtkLowercase("HeLLo"), "hello");
-    EXPECT_EQ(jtkLowercase("\u00C4\u0391"), "\u00E4\u03B1");  // Latin A umlaut, Greek Alpha
-    // Capital I with dot above lowers to i + combining dot: not a table key.
-    EXPECT_EQ(jtkLowercase("\u0130"), "i\u0307");
-    EXPECT_EQ(jtkKeyStrokeForCharacter("\u0130"), (JTKKeyStroke{0, 0, "\u0130"}));
-    // The Kelvin sign lowers to a plain k, so it is typed as shift-k.
-    EXPECT_EQ(jtkKeyStrokeForCharacter("\u212A"), (JTKKeyStroke{40, platform::eventFlags::shift, {}}));
+INSTANTIATE_TEST_SUITE_P(Characters, InputKeyStroke,
+                         testing::Values(StrokeCase{"a", {0, 0, {}}}, StrokeCase{"A", {0, shift, {}}},
+                                         StrokeCase{"W", {13, shift, {}}}, StrokeCase{" ", {49, 0, {}}},
+                                         StrokeCase{"\t", {48, 0, {}}}, StrokeCase{"\r", {36, 0, {}}},
+                                         StrokeCase{"1", {0, 0, "1"}},
+                                         // A line break is Return, as a person types it.
+                                         StrokeCase{"\n", {36, 0, {}}}, StrokeCase{"\r\n", {36, 0, {}}},
+                                         StrokeCase{"\u00C4", {0, 0, "\u00C4"}}, StrokeCase{"e\u0301", {0, 0, "e\u0301"}},
+                                         // Lower-cased by Unicode: I with dot above gives i + a mark, no table key;
+                                         // the Kelvin sign gives a plain k.
+                                         StrokeCase{"\u0130", {0, 0, "\u0130"}},
+                                         StrokeCase{"\u212A", {40, shift, {}}}));
+
+struct EventPointCase {
+    const char* label;
+    std::vector<platform::Rect> screens;
+    platform::Point screenPoint, expected;
+    friend void PrintTo(const EventPointCase& c, std::ostream* out) { *out << c.label; }
+};
+
+class InputEventPoint : public testing::TestWithParam<EventPointCase> {
+protected:
+    void TearDown() override { desktop::setScreens({}); }
+};
+
+TEST_P(InputEventPoint, flipsAgainstTheHeightOfTheLastScreenHoldingThePoint) {
+    desktop::setScreens(GetParam().screens);
+    EXPECT_EQ(JTKEventPosting::eventPoint(GetParam().screenPoint), GetParam().expected);
 }
+
+const std::vector<platform::Rect> oneScreen{{0, 0, 800, 600}};
+const std::vector<platform::Rect> tallRight{{0, 0, 800, 600}, {800, -200, 1000, 1200}};
+const std::vector<platform::Rect> overlapping{{0, 0, 800, 600}, {400, 0, 800, 300}};
+
+INSTANTIATE_TEST_SUITE_P(
+    Screens, InputEventPoint,
+    testing::Values(EventPointCase{"bottomRow", oneScreen, {10, 0}, {10, 599}},
+                    EventPointCase{"fractions", oneScreen, {12.25, 100.75}, {12.25, 498.25}},
+                    EventPointCase{"topEdgeIsOnNoScreen", oneScreen, {10, 600}, {10, -601}},
+                    EventPointCase{"rightEdgeIsOnNoScreen", oneScreen, {800, 10}, {800, -11}},
+                    EventPointCase{"secondScreensHeightNotItsOrigin", tallRight, {900, 100}, {900, 1099}},
+                    EventPointCase{"belowTheMainScreen", tallRight, {900, -150}, {900, 1349}},
+                    EventPointCase{"lastOfOverlappingScreens", overlapping, {500, 100}, {500, 199}},
+                    EventPointCase{"onlyTheMainHoldsIt", overlapping, {500, 450}, {500, 149}}),
+    [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace

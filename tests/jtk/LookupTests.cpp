@@ -1,159 +1,153 @@
-// Lookup matching: text equality under canonical equivalence, the five
-// candidate texts, visibility, and the type-name rule.
-#include <gtest/gtest.h>
-
-#include <atomic>
-
-#include "ElementFixture.h"
-#include "JTK/JTKClass.h"
+// Lookup matching: text equality under canonical equivalence, the texts that
+// name a view (name, value, title, type name), visibility and the type rule.
 #include "elements/JTKLookup.h"
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/desktop/controls/TextField.h"
+#include "elements/JTKViewTexts.h"
+#include "tests/support/DesktopFixtures.h"
 
-using namespace jtk;
+using namespace testsupport;
+using platform::Value;
+
+namespace other {
+class SaveButton {};
+}  // namespace other
 
 namespace {
 
-class OkButton : public desktop::Button {
+class SaveButton : public desktop::Button {
 public:
     using Button::Button;
 };
 
-}  // namespace
+// A text with every byte outside printable ASCII as \xNN, for test names.
+std::string escaped(const std::string& text) {
+    std::string out;
+    char hex[8];
+    for (unsigned char c : text) {
+        std::snprintf(hex, sizeof hex, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02X", c);
+        out += hex;
+    }
+    return out;
+}
 
-namespace first {
-class Widget : public desktop::View {
-public:
-    using View::View;
+struct TextPair {
+    const char *a, *b;
+    bool equal;
+    friend void PrintTo(const TextPair& c, std::ostream* out) { *out << escaped(c.a) << " / " << escaped(c.b); }
 };
-}  // namespace first
-namespace second {
-class Widget {};
-}  // namespace second
 
-namespace {
+class LookupTextEquality : public testing::TestWithParam<TextPair> {};
 
-TEST(LookupTextEquality, canonicalEquivalenceButNotCaseOrCompatibility) {
-    EXPECT_TRUE(jtkTextEquals("Caf\u00e9", "Cafe\u0301")) << "precomposed vs combining mark";
-    EXPECT_TRUE(jtkTextEquals("\u212a", "K")) << "the Kelvin sign decomposes to K";
-    EXPECT_TRUE(jtkTextEquals("\u212b", "\u00c5"));
-    EXPECT_TRUE(jtkTextEquals("\ud55c", "\u1112\u1161\u11ab")) << "Hangul syllable vs its jamo";
-    EXPECT_TRUE(jtkTextEquals("q\u0307\u0323", "q\u0323\u0307")) << "combining marks reorder canonically";
-    EXPECT_TRUE(jtkTextEquals("", ""));
-    EXPECT_FALSE(jtkTextEquals("OK", "ok"));
-    EXPECT_FALSE(jtkTextEquals("OK", "OK "));
-    EXPECT_FALSE(jtkTextEquals("OK", "O"));
-    EXPECT_FALSE(jtkTextEquals("\u00c9", "\u00e9"));
-    EXPECT_FALSE(jtkTextEquals("\ufb01", "fi")) << "a compatibility ligature is not canonically equal";
-    EXPECT_FALSE(jtkTextEquals("e\u0301", "e"));
+TEST_P(LookupTextEquality, comparesUnderCanonicalEquivalenceOnly) {
+    EXPECT_EQ(jtkTextEquals(GetParam().a, GetParam().b), GetParam().equal) << GetParam().a << " / " << GetParam().b;
 }
 
-TEST(LookupTextEquality, malformedTextsCompareByBytes) {
-    EXPECT_TRUE(jtkTextEquals("\xff\xfe", "\xff\xfe"));
-    EXPECT_FALSE(jtkTextEquals("\xff", "\xfe")) << "two broken texts must not both become replacement characters";
-    EXPECT_FALSE(jtkTextEquals("\xff", "\xef\xbf\xbd"));
-    EXPECT_FALSE(jtkTextEquals("\xc3", "\u00e9"));
+INSTANTIATE_TEST_SUITE_P(Texts, LookupTextEquality,
+                         testing::Values(TextPair{"Caf\u00e9", "Cafe\u0301", true},              // combining mark
+                                         TextPair{"\u212a", "K", true},                          // Kelvin sign
+                                         TextPair{"\ud55c", "\u1112\u1161\u11ab", true},         // Hangul jamo
+                                         TextPair{"q\u0307\u0323", "q\u0323\u0307", true},       // mark order
+                                         TextPair{"OK", "ok", false}, TextPair{"OK", "OK ", false},
+                                         TextPair{"\ufb01", "fi", false},                        // compatibility only
+                                         TextPair{"e\u0301", "e", false},
+                                         TextPair{"\xff\xfe", "\xff\xfe", true},                 // malformed: bytes
+                                         TextPair{"\xff", "\xfe", false}, TextPair{"\xff", "\xef\xbf\xbd", false}));
+
+// One view and the four texts the framework reads from it: name, value, title, type name.
+struct TextsCase {
+    const char* label;
+    std::function<std::shared_ptr<desktop::View>()> make;
+    std::vector<std::string> texts;
+    friend void PrintTo(const TextsCase& c, std::ostream* out) { *out << c.label; }
+};
+
+template <class V = desktop::View, class... Args>
+std::function<std::shared_ptr<desktop::View>()> view(const char* selector, Value answer, Args... args) {
+    return [=] {
+        auto made = std::make_shared<V>(args...);
+        if (*selector) made->addMethod(selector, [answer](platform::Object&, const Value&) { return answer; });
+        return std::static_pointer_cast<desktop::View>(made);
+    };
 }
 
-class LookupMatching : public ElementFixture {
+class ViewTexts : public DesktopTest, public testing::WithParamInterface<TextsCase> {};
+
+TEST_P(ViewTexts, areReadFromTheViewsMethodsAndValues) {
+    auto made = GetParam().make();
+    EXPECT_EQ((std::vector{viewName(made), viewValue(made), viewTitle(made), viewTypeName(made)}), GetParam().texts);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Views, ViewTexts,
+    testing::Values(
+        TextsCase{"plain", view("", {}), {"", "", "", "View"}},
+        TextsCase{"named", view("hbViewName", "Volume"), {"Volume", "", "", "View"}},
+        TextsCase{"nameNotText", view("hbViewName", 7), {"", "", "", "View"}},
+        TextsCase{"integerValue", view("hbViewValue", 3), {"", "3", "", "View"}},
+        TextsCase{"realValue", view("hbViewValue", 0.5), {"", "0.5", "", "View"}},
+        TextsCase{"emptyValueWins", view<desktop::TextField>("hbViewValue", "", Rect{}, "abc"), {"", "", "", "TextField"}},
+        TextsCase{"noneValueFallsBack", view<desktop::TextField>("hbViewValue", {}, Rect{}, "abc"), {"", "abc", "", "TextField"}},
+        TextsCase{"numericAccessibilityValue", view<desktop::Slider>("", {}, Rect{}, 0, 10, 5), {"", "", "", "Slider"}},
+        TextsCase{"box", view<desktop::Box>("", {}, Rect{}, "Options"), {"", "", "Options", "Box"}},
+        TextsCase{"labelHasNoTitle", view<desktop::Label>("", {}, Rect{}, "Caption"), {"", "Caption", "", "Label"}},
+        TextsCase{"titleNotText", view("title", 4), {"", "", "", "View"}},
+        TextsCase{"subclass", view<SaveButton>("", {}, Rect{}, "Save"), {"", "", "Save", "SaveButton"}}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+class LookupMatching : public DesktopTest {
 protected:
     void SetUp() override {
-        ElementFixture::SetUp();
-        window = makeWindow(0, 0, 400, 300);
-        content = window->desktopContentView();
+        DesktopTest::SetUp();
+        content = makeWindow({0, 0, 400, 300})->desktopContentView();
     }
-    std::shared_ptr<desktop::Window> window;
     std::shared_ptr<desktop::View> content;
 };
 
-TEST_F(LookupMatching, buttonMatchesByTitleAndTypeNameWholeAndCaseSensitive) {
-    auto ok = add<desktop::Button>(content, platform::Rect{10, 10, 80, 20}, "OK");
-    onQueue([&] {
-        JTKElement element(ok);
-        EXPECT_TRUE(element.matchesLookup("OK"));
-        EXPECT_TRUE(element.matchesLookup("Button"));
-        EXPECT_TRUE(element.matchesLookup(element.elementLookupDescription()));
-        EXPECT_TRUE(element.matchesLookup("")) << "no name and no value: the empty text matches";
-        EXPECT_FALSE(element.matchesLookup("ok"));
-        EXPECT_FALSE(element.matchesLookup("OK "));
-        EXPECT_FALSE(element.matchesLookup("O"));
-        EXPECT_FALSE(element.matchesLookup("View")) << "the superclass name does not match";
-    });
-}
-
-TEST_F(LookupMatching, hiddenViewMatchesNothing) {
-    auto ok = add<desktop::Button>(content, platform::Rect{10, 10, 80, 20}, "OK");
-    ok->setHidden(true);
-    auto box = add<desktop::View>(content, platform::Rect{10, 100, 80, 80});
-    auto inner = add<desktop::Button>(box, platform::Rect{0, 0, 20, 20}, "Inner");
-    box->setHidden(true);
-    onQueue([&] {
-        JTKElement element(ok);
-        EXPECT_FALSE(element.matchesLookup("OK"));
-        EXPECT_FALSE(element.matchesLookup("Button"));
-        EXPECT_FALSE(element.matchesLookup(""));
-        EXPECT_TRUE(JTKElement(inner).matchesLookup("Inner")) << "only the view's own flag counts";
-    });
-}
-
-TEST_F(LookupMatching, valueNameAndSetDescription) {
-    auto field = add<desktop::TextField>(content, platform::Rect{10, 10, 80, 20}, "Hello");
-    auto slider = add<desktop::View>(content, platform::Rect{10, 50, 80, 20});
+TEST_F(LookupMatching, eachTextMatchesWholeAndCaseSensitivelyAHiddenViewNothingAndTypesByUnqualifiedName) {
+    auto ok = add<desktop::Button>(content, Rect{10, 10, 80, 20}, "OK");
+    auto slider = add<desktop::View>(content, Rect{10, 50, 80, 20});
     name(slider, "Volume");
     answer(slider, "hbViewValue", 0.5);
     answer(slider, "title", "Level");
-    auto composed = add<desktop::Button>(content, platform::Rect{10, 90, 80, 20}, "R\u00e9sum\u00e9");
+    auto save = add<SaveButton>(content, Rect{10, 50, 80, 20}, "OK");
+    auto hidden = add<desktop::Button>(content, Rect{10, 100, 80, 80}, "Box");
+    auto inner = add<desktop::Button>(hidden, Rect{0, 0, 20, 20}, "R\u00e9sum\u00e9");
+    hidden->setHidden(true);
     onQueue([&] {
-        EXPECT_TRUE(JTKElement(field).matchesLookup("Hello"));
-        EXPECT_FALSE(JTKElement(field).matchesLookup("Hell"));
-        EXPECT_TRUE(JTKElement(slider).matchesLookup("Volume"));
-        EXPECT_TRUE(JTKElement(slider).matchesLookup("0.5"));
-        EXPECT_FALSE(JTKElement(slider).matchesLookup("")) << "named, titled and valued: the empty text does not match";
-        EXPECT_TRUE(JTKElement(composed).matchesLookup("Re\u0301sume\u0301"));
-
-        JTKElement named(field);
-        named.setElementLookupDescription("main");
-        EXPECT_TRUE(named.matchesLookup("main"));
-        EXPECT_FALSE(JTKElement(field).matchesLookup("main")) << "a fresh element carries the default description";
+        JTKElement element(ok);
+        for (auto lookup : {"OK", "Button", "" /* no name, no value */}) EXPECT_TRUE(element.matchesLookup(lookup)) << lookup;
+        EXPECT_TRUE(element.matchesLookup(element.elementLookupDescription()));
+        for (auto lookup : {"ok", "OK ", "O", "View" /* superclass */}) EXPECT_FALSE(element.matchesLookup(lookup)) << lookup;
+        for (auto lookup : {"Volume", "0.5", "Level"}) EXPECT_TRUE(JTKElement(slider).matchesLookup(lookup)) << lookup;
+        EXPECT_FALSE(JTKElement(slider).matchesLookup(""));
+        element.setElementLookupDescription("main");
+        EXPECT_TRUE(element.matchesLookup("main"));
+        EXPECT_FALSE(JTKElement(ok).matchesLookup("main")) << "a fresh element carries the default description";
+        for (auto lookup : {"Box", "Button", ""}) EXPECT_FALSE(JTKElement(hidden).matchesLookup(lookup)) << lookup;
+        EXPECT_TRUE(JTKElement(inner).matchesLookup("Re\u0301sume\u0301")) << "only the view's own flag counts";
+        // The type rule: unqualified names, and a subclass does not pass for its superclass.
+        EXPECT_TRUE(jtkPassesTypeRule(ok, jtkClass<desktop::Button>()));
+        EXPECT_FALSE(jtkPassesTypeRule(save, jtkClass<desktop::Button>()));
+        EXPECT_TRUE(jtkPassesTypeRule(save, jtkClass<other::SaveButton>()));
+        EXPECT_FALSE(jtkPassesTypeRule(nullptr, jtkClass<desktop::Button>()));
     });
 }
 
-TEST_F(LookupMatching, laterTextsAreNotComputedOnceOneMatches) {
-    auto view = add<desktop::View>(content, platform::Rect{10, 10, 80, 20});
+TEST_F(LookupMatching, laterTextsAreNotReadOnceOneMatches) {
+    auto view = add<desktop::View>(content, Rect{10, 10, 80, 20});
     name(view, "Named");
-    std::atomic<int> valueCalls{0}, titleCalls{0};
-    view->addMethod("hbViewValue", [&](platform::Object&, const platform::Value&) {
+    std::atomic<int> valueCalls{0};
+    view->addMethod("hbViewValue", [&](platform::Object&, const Value&) {
         ++valueCalls;
-        return platform::Value("v");
+        return Value("v");
     });
-    view->addMethod("title", [&](platform::Object&, const platform::Value&) {
-        ++titleCalls;
-        return platform::Value("t");
-    });
+    answer(view, "title", "t");
     onQueue([&] {
         JTKElement element(view);
         EXPECT_TRUE(element.matchesLookup("Named"));
-        EXPECT_EQ(titleCalls, 0);
-        EXPECT_EQ(valueCalls, 0);
         EXPECT_TRUE(element.matchesLookup("t"));
         EXPECT_EQ(valueCalls, 0);
         EXPECT_TRUE(element.matchesLookup("v"));
         EXPECT_EQ(valueCalls, 1);
-    });
-}
-
-TEST_F(LookupMatching, typeNameRuleComparesUnqualifiedNamesOnly) {
-    auto plain = add<desktop::Button>(content, platform::Rect{10, 10, 80, 20}, "OK");
-    auto derived = add<OkButton>(content, platform::Rect{10, 50, 80, 20}, "OK");
-    auto widget = add<first::Widget>(content, platform::Rect{10, 90, 80, 20});
-    onQueue([&] {
-        EXPECT_EQ(jtkClass<OkButton>().name, "OkButton");
-        EXPECT_TRUE(jtkPassesTypeRule(plain, jtkClass<desktop::Button>()));
-        EXPECT_FALSE(jtkPassesTypeRule(derived, jtkClass<desktop::Button>())) << "a subclass does not pass for its superclass";
-        EXPECT_TRUE(jtkPassesTypeRule(derived, jtkClass<OkButton>()));
-        EXPECT_FALSE(jtkPassesTypeRule(plain, jtkClass<OkButton>()));
-        EXPECT_TRUE(jtkPassesTypeRule(widget, jtkClass<second::Widget>())) << "same unqualified name, other namespace";
-        EXPECT_FALSE(jtkPassesTypeRule(nullptr, jtkClass<desktop::Button>()));
     });
 }
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "ElementFixture.h"
+#include "tests/support/DesktopFixtures.h"
 #include "JTK/JTKClass.h"
 #include "elements/JTKReadingOrder.h"
 #include "JTK/JTKTestSuite.h"
@@ -21,16 +21,22 @@ namespace {
 
 using platform::Rect;
 
+std::vector<std::string> descriptions(const std::vector<JTKElement>& elements) {
+    std::vector<std::string> texts;
+    for (const auto& element : elements) texts.push_back(element.elementLookupDescription());
+    return texts;
+}
+
 struct LookupCase {
     const char* lookup;
     size_t matches;  // in the application below, window elements included
 };
 
-class SearchOneStep : public ElementFixture, public ::testing::WithParamInterface<LookupCase> {
+class SearchOneStep : public testsupport::DesktopTest, public ::testing::WithParamInterface<LookupCase> {
 protected:
     void SetUp() override {
-        ElementFixture::SetUp();
-        auto main = makeWindow(0, 0, 500, 400, "Main");
+        DesktopTest::SetUp();
+        auto main = makeWindow(Rect{0, 0, 500, 400}, "Main");
         auto content = main->desktopContentView();
         track(content, "hbViewName", "Main");
         add<desktop::Button>(content, Rect{10, 360, 80, 20}, "OK");
@@ -47,7 +53,7 @@ protected:
         add<desktop::Button>(hiddenBox, Rect{10, 10, 80, 20}, "Deep");
         hiddenBox->setHidden(true);
         // Off the main screen's left edge, so descriptions carry negative numbers.
-        auto second = makeWindow(-120.5, 300.25, 300, 200, "Second");
+        auto second = makeWindow(Rect{-120.5, 300.25, 300, 200}, "Second");
         add<desktop::Button>(second->desktopContentView(), Rect{10, 10, 80, 20}, "OK");
         track(add<desktop::View>(second->desktopContentView(), Rect{10.9, 60.9, 30, 30}), "hbViewValue", "");
     }

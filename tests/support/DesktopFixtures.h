@@ -1,33 +1,190 @@
-// Small helpers that the desktop and framework tests share for building
-// windows and view trees on the embedded desktop (main thread).
+// The fixture of every test that runs on the embedded desktop: the test thread
+// is the main thread, a body may run on a queue as in a test run, and every
+// test starts and ends with no window, no held key or button, no recorder, no
+// open menu, no main menu and the default screen.
 #pragma once
 
-#include <memory>
-#include <string>
-#include <utility>
+#include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "JTK/JTKClass.h"
+#include "JTK/JTKElement.h"
+#include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
+#include "JTK/desktop/Menu.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/Screens.h"
+#include "JTK/desktop/View.h"
 #include "JTK/desktop/Window.h"
+#include "JTK/desktop/WindowServer.h"
+#include "JTK/desktop/controls/Box.h"
+#include "JTK/desktop/controls/Button.h"
+#include "JTK/desktop/controls/Label.h"
+#include "JTK/desktop/controls/PopUpButton.h"
+#include "JTK/desktop/controls/ScrollView.h"
+#include "JTK/desktop/controls/Slider.h"
+#include "JTK/desktop/controls/TextField.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Events.h"
+#include "JTK/platform/Value.h"
+#include "run/JTKMainThread.h"
 
 using namespace jtk;
 
 namespace testsupport {
 
-// Closes every window of the application, so a test starts with none.
+using platform::EventType;
+using platform::Point;
+using platform::Rect;
+using Posted = desktop::WindowServer::PostedEvent;
+
+class DesktopTest : public ::testing::Test {
+protected:
+    void SetUp() override { reset(); }
+    void TearDown() override { reset(); }
+    static void reset() {
+        desktop::RunLoop::main().adoptCurrentThreadAsMain();
+        JTKTestSuite::setRecorder(nullptr);
+        JTKElement::setCurrentOpenMenu(nullptr);
+        auto app = desktop::Application::shared();
+        auto windows = app->desktopWindows();  // a copy: closing a window changes the list
+        for (auto& window : windows) window->close();
+        app->setMainMenu(nullptr);
+        app->deactivate();
+        desktop::WindowServer::shared().resetState();
+        desktop::setScreens({});
+        pumpMainLoop(0.02);
+        desktop::WindowServer::clearEventLog();
+    }
+
+    // A window whose content area is the rectangle on screen; shown and key unless show is false.
+    static std::shared_ptr<desktop::Window> makeWindow(const Rect& content, std::string title = "Window", bool show = true) {
+        auto window = desktop::Window::make(content, std::move(title));
+        if (show) window->makeKeyAndOrderFront();
+        return window;
+    }
+    template <class V, class... Args>
+    static std::shared_ptr<V> add(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
+        auto view = std::make_shared<V>(std::forward<Args>(args)...);
+        parent->addSubview(view);
+        return view;
+    }
+    // Gives the view a method by name, as an application does.
+    static void answer(const std::shared_ptr<desktop::View>& view, const std::string& selector, platform::Value value) {
+        view->addMethod(selector, [value](platform::Object&, const platform::Value&) { return value; });
+    }
+    static void name(const std::shared_ptr<desktop::View>& view, const std::string& text) { answer(view, "hbViewName", text); }
+
+    // Services the main run loop for a while (main thread only).
+    static void pumpMainLoop(double seconds) { desktop::RunLoop::main().runFor(seconds); }
+    // Runs body as a test run does: on a serial queue while this (main)
+    // thread services the main run loop until the body has finished.
+    static void onQueue(const std::function<void()>& body) {
+        auto& loop = desktop::RunLoop::main();
+        std::atomic<bool> finished{false};
+        auto queue = platform::makeSerialQueue("TestBodyQueue");
+        queue->async([&] {
+            body();
+            finished = true;
+            loop.wakeUp();
+        });
+        loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + std::chrono::seconds(60),
+                     [&] { return finished.load(); });
+        ASSERT_TRUE(finished.load()) << "the test body did not finish within 60 s";
+    }
+    static auto onMain(auto&& work) { return jtkOnMainThread(work); }
+    // Polls a condition until it holds, for up to 10 s; eventually() reads it on the main thread.
+    static bool waitFor(const std::function<bool()>& condition) {
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        for (; !condition(); std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+            if (std::chrono::steady_clock::now() > deadline) return false;
+        return true;
+    }
+    static bool eventually(const std::function<bool()>& condition) { return waitFor([&] { return onMain(condition); }); }
+    // Waits (off the main thread) until every event posted so far has been
+    // dispatched: a marker key event follows them and a monitor swallows it.
+    static void drainEvents() {
+        constexpr uint16_t markerKey = 0xFFFE;
+        std::atomic<bool> seen{false};
+        auto app = desktop::Application::shared();
+        auto token = app->addLocalMonitorForEvents(platform::eventMaskBit(EventType::keyUp), [&](auto event) {
+            if (event->keyCode != markerKey) return event;
+            seen = true;
+            return std::shared_ptr<platform::Event>{};
+        });
+        auto source = platform::createEventSource(platform::EventSourceState::privateState);
+        platform::postEventToPid(::getpid(), *platform::createKeyboardEvent(source, markerKey, false));
+        EXPECT_TRUE(waitFor([&] { return seen.load(); })) << "posted events were not dispatched";
+        app->removeMonitor(token);
+    }
+
+    // Posts a mouse event at a screen point to the HID tap; it keeps the held flags unless flags are given.
+    static void postMouse(EventType type, Point screenPoint, int64_t clickState = 1, std::optional<uint64_t> flags = {}) {
+        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
+        auto event = platform::createMouseEvent(source, type, desktop::WindowServer::eventPointFromScreenPoint(screenPoint),
+                                                platform::MouseButton::left);
+        event->clickState = clickState;
+        if (flags) event->flags = *flags;
+        platform::postEvent(platform::EventTap::hid, *event);
+    }
+    static void click(Point screenPoint, int64_t clickState = 1) {
+        postMouse(EventType::leftMouseDown, screenPoint, clickState);
+        postMouse(EventType::leftMouseUp, screenPoint, clickState);
+    }
+    // Posts a key press and release to this process; noKeyCode with flags posts a change of the held modifiers.
+    static void typeKey(uint16_t keyCode, uint64_t flags = 0, const std::string& text = {}) {
+        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
+        for (bool down : {true, false}) {
+            auto event = platform::createKeyboardEvent(source, keyCode, down);
+            event->flags = flags;
+            if (!text.empty()) platform::keyboardEventSetUnicodeString(*event, text);
+            if (keyCode != platform::noKeyCode) {
+                platform::postEventToPid(::getpid(), *event);
+            } else if (down) {
+                event->type = EventType::flagsChanged;
+                platform::postEvent(platform::EventTap::hid, *event);
+            }
+        }
+    }
+    // The centre of a view on screen (main thread).
+    static Point centerOnScreen(const desktop::View& view) {
+        auto rect = view.desktopWindow()->convertRectToScreen(view.convertRectToWindow(view.bounds()));
+        return {rect.midX(), rect.midY()};
+    }
+
+    // The events posted through the window server, optionally only some types.
+    static std::vector<Posted> posted(std::vector<EventType> types = {}) {
+        std::vector<Posted> result;
+        for (auto& entry : desktop::WindowServer::eventLog())
+            if (types.empty() || std::find(types.begin(), types.end(), entry.event.type) != types.end())
+                result.push_back(entry);
+        return result;
+    }
+    static std::vector<Posted> mouseEvents() {
+        return posted({EventType::leftMouseDown, EventType::leftMouseUp, EventType::leftMouseDragged});
+    }
+    static std::vector<EventType> typesOf(const std::vector<Posted>& events) {
+        std::vector<EventType> types;
+        for (auto& entry : events) types.push_back(entry.event.type);
+        return types;
+    }
+};
+
+// Free forms of the fixture's helpers, for tests that build views outside a DesktopTest.
 inline void closeAllWindows() {
     auto windows = desktop::Application::shared()->desktopWindows();
     for (auto& window : windows) window->close();
 }
-
-// A window whose content area is the rectangle on screen, shown and key unless show is false.
-inline std::shared_ptr<desktop::Window> makeWindow(const platform::Rect& contentRect, std::string title,
-                                                   bool show = true) {
-    auto window = desktop::Window::make(contentRect, std::move(title));
+inline std::shared_ptr<desktop::Window> makeWindow(const Rect& content, std::string title = "Window", bool show = true) {
+    auto window = desktop::Window::make(content, std::move(title));
     if (show) window->makeKeyAndOrderFront();
     return window;
 }
-
-// Makes a view of class V and adds it to parent.
 template <class V, class... Args>
 std::shared_ptr<V> addView(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
     auto view = std::make_shared<V>(std::forward<Args>(args)...);
