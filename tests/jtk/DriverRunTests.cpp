@@ -4,6 +4,8 @@
 // back), the trust poll, a folder left by an interrupted run, and launches
 // that never start a run.
 #include <gtest/gtest.h>
+
+#include <regex>
 #include <signal.h>
 #include <unistd.h>
 
@@ -226,6 +228,20 @@ TEST_F(DriverRun, fatalStopRestoresTheDataAndFails) {
     EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), "driverTestApp:testEnd: fatal stop"),
               child.errors.end())
         << testing::PrintToString(child.errors);
+    expectUserDataBack();
+}
+
+TEST_F(DriverRun, failedCheckNamesTestPlaceExpressionAndValuesRestoresAndFails) {
+    auto child = run("check");
+    EXPECT_EQ(child.status, 1);
+    ASSERT_EQ(child.output.size(), startOfRun.size() + 5) << testing::PrintToString(child.output);
+    auto failure = child.output.begin() + static_cast<long>(startOfRun.size());
+    EXPECT_TRUE(std::regex_match(failure[0], std::regex("JTK: Check failed in testEnd at .*/driverTestApp\\.cpp:[0-9]+")))
+        << failure[0];
+    EXPECT_EQ(failure[1], "  JTK_CHECK_EQ(shown, \"Count: 2\")");
+    EXPECT_EQ(failure[2], "  left:  \"Count: 1\"");
+    EXPECT_EQ(failure[3], "  right: \"Count: 2\"");
+    EXPECT_EQ(failure[4], "Restoring Application Support Data");
     expectUserDataBack();
 }
 

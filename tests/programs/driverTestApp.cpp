@@ -4,6 +4,7 @@
 //   untrusted  starts without accessibility trust and grants it 1.25 s later
 //   end        testEnd calls endTests
 //   fatal      testEnd makes a fatal stop
+//   check      testEnd fails a check
 //   sigterm    testEnd sends the process SIGTERM
 //   wait       testEnd writes the process id to the file "ready" in the working
 //              folder, then waits until a file "go" appears there
@@ -32,6 +33,7 @@
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
 #include "recorder/JTKRecorderController.h"
+#include "JTK/JTKCheck.h"
 #include "JTK/JTKRegistry.h"
 #include "JTK/JTKTestSuite.h"
 #include "elements/JTKViewTexts.h"
@@ -139,6 +141,10 @@ JTK_TEST(testEnd) {
     }
     if (hasFlag("end")) JTKTestSuite::endTests();
     if (hasFlag("fatal")) jtkFatalStop("driver app stopped on purpose", "driverTestApp:testEnd");
+    if (hasFlag("check")) {
+        std::string shown = "Count: 1";
+        JTK_CHECK_EQ(shown, "Count: 2");
+    }
     if (hasFlag("sigterm")) {
         kill(getpid(), SIGTERM);
         sleepForever();
