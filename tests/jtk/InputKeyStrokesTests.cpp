@@ -3,6 +3,8 @@
 // event points.
 #include <gtest/gtest.h>
 
+#include "tests/support/TestFiles.h"
+
 #include "JTK/desktop/Screens.h"
 #include "JTK/platform/Events.h"
 #include "input/JTKEventPosting.h"
@@ -11,6 +13,8 @@
 using namespace jtk;
 
 namespace {
+
+using testsupport::escaped;
 
 using Strings = std::vector<std::string>;
 using platform::eventFlags::shift;
@@ -25,17 +29,6 @@ TEST(InputCharacters, areExtendedGraphemeClustersAndMalformedBytesBecomeReplacem
     EXPECT_EQ(jtkCharacters("a\xff"
                             "b"),
               (Strings{"a", "\uFFFD", "b"}));
-}
-
-// A text with every byte outside printable ASCII as \xNN, for test names.
-std::string escaped(const std::string& text) {
-    std::string out;
-    char hex[8];
-    for (unsigned char c : text) {
-        std::snprintf(hex, sizeof hex, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02X", c);
-        out += hex;
-    }
-    return out;
 }
 
 struct StrokeCase {

@@ -3,6 +3,7 @@
 #include "elements/JTKLookup.h"
 #include "elements/JTKViewTexts.h"
 #include "tests/support/DesktopFixtures.h"
+#include "tests/support/TestFiles.h"
 
 using namespace testsupport;
 using platform::Value;
@@ -13,21 +14,11 @@ class SaveButton {};
 
 namespace {
 
+
 class SaveButton : public desktop::Button {
 public:
     using Button::Button;
 };
-
-// A text with every byte outside printable ASCII as \xNN, for test names.
-std::string escaped(const std::string& text) {
-    std::string out;
-    char hex[8];
-    for (unsigned char c : text) {
-        std::snprintf(hex, sizeof hex, c >= 0x20 && c < 0x7f ? "%c" : "\\x%02X", c);
-        out += hex;
-    }
-    return out;
-}
 
 struct TextPair {
     const char *a, *b;
