@@ -263,6 +263,7 @@ struct ProcessEnd {
     std::string mode;
     int status;
     Lines lastLines;
+    friend void PrintTo(const ProcessEnd& end, std::ostream* out) { *out << end.mode; }
 };
 
 class DriverRunEnd : public DriverRun, public testing::WithParamInterface<ProcessEnd> {};
