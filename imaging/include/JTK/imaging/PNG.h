@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "JTK/imaging/Image.h"
-#include "JTK/imaging/Image16.h"
 
 namespace jtk::imaging {
 
