@@ -18,42 +18,22 @@
 #include "run/JTKRunConfiguration.h"
 #include "run/JTKShell.h"
 #include "JTK/platform/Process.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk;
+using namespace testsupport;
 
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
 namespace {
 
-fs::path binDirectory() {
-    if (const char* dir = std::getenv("JTK_BIN_DIR")) return dir;
-    return fs::read_symlink("/proc/self/exe").parent_path();
-}
-
-std::string quoted(const std::string& text) {
-    std::string result = "'";
-    for (char c : text) result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
-}
-
-void writeFile(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << text;
-}
-
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // Every file below folder as "relative/path", sorted.
 Lines files(const fs::path& folder) {
     Lines entries;
     if (!fs::exists(folder)) return entries;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
         if (entry.is_regular_file()) entries.push_back(fs::relative(entry.path(), folder).string());
-    }
     std::sort(entries.begin(), entries.end());
     return entries;
 }
@@ -80,9 +60,8 @@ protected:
         // A run left waiting by a failed test: only if it is still the one this test started.
         std::error_code error;
         if (waiting > 0 && fs::read_symlink("/proc/" + std::to_string(waiting) + "/exe", error).filename() ==
-                               "driverTestApp") {
+                               "driverTestApp")
             kill(waiting, SIGKILL);
-        }
         fs::remove_all(root, error);
     }
 
@@ -111,10 +90,9 @@ protected:
             child.status = std::stoi(child.output.back().substr(7));
             child.output.pop_back();
         }
-        for (const auto& line : child.errors) {
-            EXPECT_EQ(line.find("Sanitizer"), std::string::npos) << testing::PrintToString(child.errors);
-            EXPECT_EQ(line.find("runtime error"), std::string::npos) << testing::PrintToString(child.errors);
-        }
+        for (const auto& line : child.errors)
+            for (const char* fault : {"Sanitizer", "runtime error"})
+                EXPECT_EQ(line.find(fault), std::string::npos) << testing::PrintToString(child.errors);
         // The idle wait's own lines depend on the machine's load.
         std::erase_if(child.output, [](const std::string& line) {
             return line.starts_with("wait duration = ") || line == "Couldn't determine idle state - timing out";
@@ -168,6 +146,8 @@ const Lines startOfRun = {
     "JTK: Running test testEnd",
 };
 
+const std::string restoring = "Restoring Application Support Data";
+
 Lines concat(Lines a, const Lines& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;
@@ -180,54 +160,32 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
     ASSERT_EQ(child.status, 0) << testing::PrintToString(child.output) << testing::PrintToString(child.errors);
 
     // The alert is up from the completion on; its timer ends the process 4 s later.
-    ASSERT_GE(child.output.size(), 3u);
-    auto completed = std::find_if(child.output.begin(), child.output.end(),
-                                  [](const std::string& line) { return line.starts_with("completed at "); });
+    auto startsWith = [&](const std::string& start) {
+        return std::find_if(child.output.begin(), child.output.end(), [&](const auto& line) { return line.starts_with(start); });
+    };
+    auto completed = startsWith("completed at ");
     ASSERT_NE(completed, child.output.end());
-    auto completedAt = std::chrono::steady_clock::time_point(
-        std::chrono::steady_clock::duration(std::stoll(completed->substr(13))));
+    auto completedAt = std::chrono::steady_clock::time_point(std::chrono::steady_clock::duration(std::stoll(completed->substr(13))));
     EXPECT_GE(child.ended - completedAt, std::chrono::milliseconds(3900));
     child.output.erase(completed);
-
-    auto alert = std::find_if(child.output.begin(), child.output.end(),
-                              [](const std::string& line) { return line.starts_with("alert shows "); });
+    auto alert = startsWith("alert shows ");
     ASSERT_NE(alert, child.output.end());
-    EXPECT_NE(alert->find("[All Tests Completed Succesfully!]"), std::string::npos) << *alert;
-    EXPECT_NE(alert->find("[Application data has been restored and driverTestApp will now terminate.]"),
-              std::string::npos)
-        << *alert;
-    EXPECT_NE(alert->find("[Quit]"), std::string::npos) << *alert;
+    for (const char* text : {"[All Tests Completed Succesfully!]", "[Quit]",
+                             "[Application data has been restored and driverTestApp will now terminate.]"})
+        EXPECT_NE(alert->find(text), std::string::npos) << *alert;
     child.output.erase(alert);
 
     // Nothing of the small test app reaches the default size threshold.
-    const std::string summaryLine = "JTK: Screenshots: 0 stored as new, 0 matched, 0 differed; look in " +
-                                    (root / "shots" / jtkVersionTag(platform::operatingSystemVersionString())).string();
-
-    EXPECT_EQ(child.output, concat(startOfRun, {
-                                                   "notification JTKTestSuiteStatusUpdate Running testD...",
-                                                   "JTK: Running test testD",
-                                                   "testD",
-                                                   "notification JTKTestSuiteStatusUpdate Running testC...",
-                                                   "JTK: Running test testC",
-                                                   "testC",
-                                                   "notification JTKTestSuiteStatusUpdate Capturing screenshots...",
-                                                   summaryLine,
-                                                   "notification JTKTestSuiteStatusUpdate Processing...",
-                                                   "tearDownAll",
-                                                   "[\"teardown \\\"done\\\"\"]",
-                                                   "notification JTKTestSuiteAllTestsCompleted",
-                                                   "Restoring Application Support Data",
-                                               }));
-    expectUserDataBack();
-}
-
-TEST_F(DriverRun, fatalStopRestoresTheDataAndFails) {
-    auto child = run("fatal");
-    EXPECT_EQ(child.status, 1);
-    EXPECT_EQ(child.output, concat(startOfRun, {"driver app stopped on purpose", "Restoring Application Support Data"}));
-    EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), "driverTestApp:testEnd: fatal stop"),
-              child.errors.end())
-        << testing::PrintToString(child.errors);
+    const std::string shots = (root / "shots" / jtkVersionTag(platform::operatingSystemVersionString())).string();
+    EXPECT_EQ(child.output, concat(startOfRun, {"notification JTKTestSuiteStatusUpdate Running testD...",
+                                                "JTK: Running test testD", "testD",
+                                                "notification JTKTestSuiteStatusUpdate Running testC...",
+                                                "JTK: Running test testC", "testC",
+                                                "notification JTKTestSuiteStatusUpdate Capturing screenshots...",
+                                                "JTK: Screenshots: 0 stored as new, 0 matched, 0 differed; look in " + shots,
+                                                "notification JTKTestSuiteStatusUpdate Processing...", "tearDownAll",
+                                                "[\"teardown \\\"done\\\"\"]",
+                                                "notification JTKTestSuiteAllTestsCompleted", restoring}));
     expectUserDataBack();
 }
 
@@ -241,51 +199,58 @@ TEST_F(DriverRun, failedCheckNamesTestPlaceExpressionAndValuesRestoresAndFails) 
     EXPECT_EQ(failure[1], "  JTK_CHECK_EQ(shown, \"Count: 2\")");
     EXPECT_EQ(failure[2], "  left:  \"Count: 1\"");
     EXPECT_EQ(failure[3], "  right: \"Count: 2\"");
-    EXPECT_EQ(failure[4], "Restoring Application Support Data");
-    expectUserDataBack();
-}
-
-TEST_F(DriverRun, trustPollStartsTheRunOnceTrustIsGranted) {
-    auto child = run("untrusted,end");
-    EXPECT_EQ(child.status, 0);
-    ASSERT_FALSE(child.output.empty());
-    EXPECT_EQ(child.output.front(), "trust granted") << "nothing of the run happens before the trust";
-    child.output.erase(child.output.begin());
-    auto expected = concat(startOfRun, {"Restoring Application Support Data"});
-    expected[2] = "setup prompts=1 recorder=driverTestApp.cpp";  // asked once, with the prompt
-    EXPECT_EQ(child.output, expected);
+    EXPECT_EQ(failure[4], restoring);
     expectUserDataBack();
 }
 
 // Every way test code or the application can end the process in the middle
-// of a test: the data is put back, one line says why, and nothing hangs.
+// of a test: the data is put back, one line says why, and nothing hangs. Also
+// a fatal stop (its place on standard error), a run that waits for the trust
+// (asked once, nothing before it) and one whose executable is rebuilt meanwhile.
 struct ProcessEnd {
     std::string mode;
     int status;
     Lines lastLines;
+    std::string error = "";
     friend void PrintTo(const ProcessEnd& end, std::ostream* out) { *out << end.mode; }
 };
 
 class DriverRunEnd : public DriverRun, public testing::WithParamInterface<ProcessEnd> {};
 
 TEST_P(DriverRunEnd, restoresTheDataAndEnds) {
-    auto child = run(GetParam().mode);
+    const auto& mode = GetParam().mode;
+    auto app = application();
+    if (mode.starts_with("rebuilt")) fs::copy_file(binDirectory() / "driverTestApp", root / "driverTestApp");
+    if (mode.starts_with("rebuilt")) app = quoted((root / "driverTestApp").string());
+    auto child = shell(environment(mode) + "timeout -s KILL 120 " + app + " -uxtest");
     EXPECT_EQ(child.status, GetParam().status) << testing::PrintToString(child.errors);
-    EXPECT_EQ(child.output, concat(startOfRun, GetParam().lastLines));
+    auto expected = concat(startOfRun, GetParam().lastLines);
+    if (mode.starts_with("untrusted")) expected.insert(expected.begin(), "trust granted");
+    if (mode.starts_with("untrusted")) expected[3] = "setup prompts=1 recorder=driverTestApp.cpp";
+    EXPECT_EQ(child.output, expected);
+    if (!GetParam().error.empty()) {
+        EXPECT_NE(std::find(child.errors.begin(), child.errors.end(), GetParam().error), child.errors.end())
+            << testing::PrintToString(child.errors);
+    }
     expectUserDataBack();
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Ends, DriverRunEnd,
     testing::Values(
-        ProcessEnd{"end", 0, {"Restoring Application Support Data"}},
-        ProcessEnd{"sigterm", 128 + 15, {"Run interrupted by signal 15", "Restoring Application Support Data"}},
-        ProcessEnd{"exit", 3, {"Run ended early: the process exited with status 3", "Restoring Application Support Data"}},
-        ProcessEnd{"quit", 4, {"Run ended early: the process exited with status 4", "Restoring Application Support Data"}},
-        ProcessEnd{"throw", 134,
-                   {"Run ended by an uncaught exception: thrown on purpose", "Restoring Application Support Data"}},
-        ProcessEnd{"abort", 134, {"Run interrupted by signal 6", "Restoring Application Support Data"}}),
-    [](const testing::TestParamInfo<ProcessEnd>& info) { return info.param.mode; });
+        ProcessEnd{"end", 0, {restoring}}, ProcessEnd{"untrusted,end", 0, {restoring}},
+        ProcessEnd{"rebuilt,end", 0, {restoring}},
+        ProcessEnd{"fatal", 1, {"driver app stopped on purpose", restoring}, "driverTestApp:testEnd: fatal stop"},
+        ProcessEnd{"sigterm", 128 + 15, {"Run interrupted by signal 15", restoring}},
+        ProcessEnd{"exit", 3, {"Run ended early: the process exited with status 3", restoring}},
+        ProcessEnd{"quit", 4, {"Run ended early: the process exited with status 4", restoring}},
+        ProcessEnd{"throw", 134, {"Run ended by an uncaught exception: thrown on purpose", restoring}},
+        ProcessEnd{"abort", 134, {"Run interrupted by signal 6", restoring}}),
+    [](const testing::TestParamInfo<ProcessEnd>& info) {
+        auto name = info.param.mode;
+        std::replace(name.begin(), name.end(), ',', '_');
+        return name;
+    });
 
 // The stop signals from outside, sent to a run started in the background by a
 // shell that ignores them (a background job starts with SIGINT and SIGQUIT ignored).
@@ -299,8 +264,7 @@ TEST_P(DriverRunSignal, stopsTheRunWithTheDataBackWhateverTheShellIgnored) {
                        "for i in $(seq 600); do kill -0 $pid 2>/dev/null || break; sleep 0.05; done; " +
                        "kill -s KILL $pid 2>/dev/null; wait $pid; echo status=$?");
     EXPECT_EQ(child.status, 128 + signalNumber);
-    EXPECT_EQ(child.output, concat(startOfRun, {"Run interrupted by signal " + std::to_string(signalNumber),
-                                                "Restoring Application Support Data"}));
+    EXPECT_EQ(child.output, concat(startOfRun, {"Run interrupted by signal " + std::to_string(signalNumber), restoring}));
     expectUserDataBack();
 }
 
@@ -313,21 +277,13 @@ TEST_F(DriverRun, outputIntoAReaderThatWentAwayDoesNotEndTheRun) {
     expectUserDataBack();
 }
 
-TEST_F(DriverRun, anExecutableRebuiltDuringTheRunStillGetsItsDataBack) {
-    fs::copy_file(binDirectory() / "driverTestApp", root / "driverTestApp");
-    auto child = shell(environment("rebuilt,end") + quoted((root / "driverTestApp").string()) + " -uxtest");
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output, concat(startOfRun, {"Restoring Application Support Data"}));
-    expectUserDataBack();
-}
-
 TEST_F(DriverRun, anApplicationWithTheLongestNameItsFolderAllowsGetsItsDataBack) {
     const std::string name(250, 'n');  // with "_Temp" exactly the longest file name
     fs::copy_file(binDirectory() / "driverTestApp", root / name);
     fs::rename(appSupport, root / "data" / name);
     auto child = shell(environment("end") + quoted((root / name).string()) + " -uxtest");
     EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output.back(), "Restoring Application Support Data");
+    EXPECT_EQ(child.output.back(), restoring);
     EXPECT_EQ(files(root / "data" / name), Lines{"user.txt"});
     EXPECT_EQ(besideTheData(), Lines{name});
 }
@@ -346,15 +302,9 @@ TEST_P(DriverRunForeignAside, stopsTheRunAndTouchesNeither) {
                                   "nothing was changed. Your Application Support data is at " + appSupport.string() +
                                   "; move or rename " + temp.string() + " and start again - Testing cancelled"});
     EXPECT_EQ(files(appSupport), Lines{"user.txt"});
-    if (GetParam() == "folder") {
-        EXPECT_EQ(readFile(temp / "mine-too.txt"), "also mine");
-    }
-    if (GetParam() == "file") {
-        EXPECT_EQ(readFile(temp), "a file of mine");
-    }
-    if (GetParam() == "link") {
-        EXPECT_EQ(fs::read_symlink(temp), appSupport);
-    }
+    if (GetParam() == "folder") { EXPECT_EQ(readFile(temp / "mine-too.txt"), "also mine"); }
+    if (GetParam() == "file") { EXPECT_EQ(readFile(temp), "a file of mine"); }
+    if (GetParam() == "link") { EXPECT_EQ(fs::read_symlink(temp), appSupport); }
     EXPECT_EQ(besideTheData(), (Lines{"driverTestApp", "driverTestApp_Temp"}));
 }
 
@@ -393,33 +343,36 @@ TEST_F(DriverRun, concurrentRunStopsAndAKilledRunIsRecoveredKeepingLaterWork) {
     EXPECT_EQ(files(kept), (Lines{"a.txt", "saved-after-the-crash.txt"}));
     EXPECT_EQ(readFile(kept / "saved-after-the-crash.txt"), "work");
     third.output.erase(third.output.begin(), third.output.begin() + 2);
-    EXPECT_EQ(third.output, concat(startOfRun, {"Restoring Application Support Data"}));
+    EXPECT_EQ(third.output, concat(startOfRun, {restoring}));
 
     fs::remove_all(kept);
     expectUserDataBack();
 }
 
-TEST_F(DriverRun, launchesThatStartNoRunChangeNothing) {
-    // Without "uxtest" nothing happens at all.
-    auto plain = run("", "-UXTEST");
-    EXPECT_EQ(plain.status, 5);
-    EXPECT_EQ(plain.output, Lines{""});
-    expectUserDataBack();
+// Launches that start no run change nothing: without "uxtest" nothing happens;
+// the test data message comes first and the process keeps running.
+struct NoRun {
+    std::string name, mode, argument, screenshots;
+    int status;
+    std::string line;
+};
 
-    // The test data message comes first; the process keeps running.
-    auto noData = run("nodata,noshots");
-    EXPECT_EQ(noData.status, 5);
-    EXPECT_EQ(noData.output, Lines{"No test data path specified in JTKTestSuite extension! - Testing cancelled"});
-    expectUserDataBack();
+class DriverRunNone : public DriverRun, public testing::WithParamInterface<NoRun> {};
 
-    auto noShots = run("noshots");
-    EXPECT_EQ(noShots.status, 1);
-    EXPECT_EQ(noShots.output, Lines{"No screenshot storage path specified in JTKTestSuite extension!"});
-    expectUserDataBack();
-
-    auto elsewhere = run("", "--run-uxtest=1", "/nonexistent/folder/shots");
-    EXPECT_EQ(elsewhere.status, 5);
-    EXPECT_EQ(elsewhere.output,
-              Lines{"This app wasn't compiled on this machine. Crashing now so we don't copy files to weird places"});
+TEST_P(DriverRunNone, changesNothing) {
+    auto child = run(GetParam().mode, GetParam().argument, GetParam().screenshots);
+    EXPECT_EQ(child.status, GetParam().status);
+    EXPECT_EQ(child.output, Lines{GetParam().line});
     expectUserDataBack();
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Launches, DriverRunNone,
+    testing::Values(
+        NoRun{"plain", "", "-UXTEST", "", 5, ""},
+        NoRun{"noData", "nodata,noshots", "-uxtest", "", 5,
+              "No test data path specified in JTKTestSuite extension! - Testing cancelled"},
+        NoRun{"noShots", "noshots", "-uxtest", "", 1, "No screenshot storage path specified in JTKTestSuite extension!"},
+        NoRun{"elsewhere", "", "--run-uxtest=1", "/nonexistent/folder/shots", 5,
+              "This app wasn't compiled on this machine. Crashing now so we don't copy files to weird places"}),
+    [](const testing::TestParamInfo<NoRun>& info) { return info.param.name; });

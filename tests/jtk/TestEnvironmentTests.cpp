@@ -16,31 +16,19 @@
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Application.h"
 #include "JTK/platform/UserDefaults.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk;
-
-namespace fs = std::filesystem;
+using namespace testsupport;
+using Strings = std::vector<std::string>;
 
 namespace {
 
-void writeFile(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << text;
-}
-
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // Every file below folder as "relative/path=content", sorted.
-std::vector<std::string> contents(const fs::path& folder) {
-    std::vector<std::string> entries;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) {
-            entries.push_back(fs::relative(entry.path(), folder).string() + "=" + readFile(entry.path()));
-        }
-    }
+Strings contents(const fs::path& folder) {
+    Strings entries;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        if (entry.is_regular_file()) entries.push_back(fs::relative(entry.path(), folder).string() + "=" + readFile(entry.path()));
     std::sort(entries.begin(), entries.end());
     return entries;
 }
@@ -48,18 +36,7 @@ std::vector<std::string> contents(const fs::path& folder) {
 class DataEnvironment : public testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/jtk-environment-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        root = pattern;
-        for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"}) {
-            const char* value = std::getenv(name);
-            saved.emplace_back(name, value ? std::optional<std::string>(value) : std::nullopt);
-        }
-        setenv("XDG_DATA_HOME", (root / "data").c_str(), 1);
-        setenv("XDG_CONFIG_HOME", (root / "config").c_str(), 1);
-        appSupport = root / "data" / platform::sharedApplication()->name();
-        temp = root / "data" / (platform::sharedApplication()->name() + "_Temp");
-        testData = root / "testdata";
+        ASSERT_FALSE(root.empty());
         fs::create_directories(testData);
         JTKTestSuite::setJtkTestDataURL(testData);
     }
@@ -68,105 +45,78 @@ protected:
         JTKTestSuite::setJtkTestDataURL(std::nullopt);
         JTKTestSuite::setJtkTestUserDefaultsURL(std::nullopt);
         platform::resetStandardUserDefaults();
-        for (const auto& [name, value] : saved) {
-            if (value) {
-                setenv(name.c_str(), value->c_str(), 1);
-            } else {
-                unsetenv(name.c_str());
-            }
-        }
-        std::error_code error;
-        fs::remove_all(root, error);
     }
 
-    std::string copyCapturingOutput() {
+    static std::string capturing(void (*step)()) {
         testing::internal::CaptureStdout();
-        JTKTestSuite::copyTestDataToApplicationSupport();
+        step();
         return testing::internal::GetCapturedStdout();
     }
+    std::string copyCapturingOutput() { return capturing(JTKTestSuite::copyTestDataToApplicationSupport); }
+    std::string restoreCapturingOutput() { return capturing(JTKTestSuite::restoreApplicationSupportData); }
 
-    std::string restoreCapturingOutput() {
-        testing::internal::CaptureStdout();
-        JTKTestSuite::restoreApplicationSupportData();
-        return testing::internal::GetCapturedStdout();
-    }
-
-    fs::path root, appSupport, temp, testData;
-    std::vector<std::pair<std::string, std::optional<std::string>>> saved;
+    ScratchFolder scratch;
+    fs::path root = scratch.path;
+    ScopedEnvironment data{"XDG_DATA_HOME", (root / "data").c_str()}, config{"XDG_CONFIG_HOME", (root / "config").c_str()};
+    fs::path appSupport = root / "data" / platform::sharedApplication()->name();
+    fs::path temp = root / "data" / (platform::sharedApplication()->name() + "_Temp");
+    fs::path testData = root / "testdata";
 };
 
 }  // namespace
 
-TEST_F(DataEnvironment, locationsFollowTheDataHomeAndTheApplicationName) {
-    EXPECT_EQ(JTKTestSuite::appSupportURL(), appSupport);
-    EXPECT_EQ(JTKTestSuite::tempAppSupportURL(), temp);
-}
+// The user's folder (when there is one) and a test data folder copied in, or
+// copied again, and put back by one or two restores. A test writes a file
+// between the steps where it marks so; "TEMP" in the copy's output stands for
+// the aside folder.
+struct Flow {
+    const char* name;
+    bool userFolder;
+    const char* dataFolder;  // below the scratch folder; nullptr: no test data URL
+    int copies, restores;
+    bool testWrites;
+    std::string copyOutput;
+    Strings afterCopy, asideAfterCopy, afterRestore;
+};
 
-TEST_F(DataEnvironment, testDataReplacesTheUsersDataUntilTheRestore) {
-    writeFile(appSupport / "user.txt", "mine");
-    writeFile(appSupport / "settings" / "deep.txt", "deep");
-    writeFile(testData / "sub" / "inner" / "a.txt", "A");
-    writeFile(testData / ".hidden", "H");
-    writeFile(testData / "top.txt", "T");
+const Strings user{"settings/deep.txt=deep", "user.txt=mine"}, test{".hidden=H", "sub/inner/a.txt=A", "top.txt=T"};
 
-    EXPECT_EQ(copyCapturingOutput(), "");
-    EXPECT_EQ(contents(appSupport), (std::vector<std::string>{".hidden=H", "sub/inner/a.txt=A", "top.txt=T"}));
-    EXPECT_EQ(contents(temp), (std::vector<std::string>{"settings/deep.txt=deep", "user.txt=mine"}));
+class DataFlow : public DataEnvironment, public testing::WithParamInterface<Flow> {};
 
-    writeFile(appSupport / "written-by-a-test.txt", "x");
-    EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n");
-    EXPECT_EQ(contents(appSupport), (std::vector<std::string>{"settings/deep.txt=deep", "user.txt=mine"}));
+TEST_P(DataFlow, putsTheUsersDataBack) {
+    const Flow& flow = GetParam();
+    if (flow.userFolder) writeFile(appSupport / "user.txt", "mine"), writeFile(appSupport / "settings" / "deep.txt", "deep");
+    for (auto [file, text] : {std::pair{"sub/inner/a.txt", "A"}, {".hidden", "H"}, {"top.txt", "T"}}) writeFile(testData / file, text);
+    JTKTestSuite::setJtkTestDataURL(flow.dataFolder ? std::optional(root / flow.dataFolder) : std::nullopt);
+    std::string output;
+    for (int copy = 0; copy < flow.copies; ++copy) {
+        if (copy > 0 && flow.testWrites) writeFile(appSupport / "written-by-a-test.txt", "x");
+        output = copyCapturingOutput();
+    }
+    auto expected = flow.copyOutput;
+    if (auto at = expected.find("TEMP"); at != std::string::npos) expected.replace(at, 4, temp.string());
+    EXPECT_EQ(output, expected);
+    EXPECT_EQ(contents(appSupport), flow.afterCopy);
+    EXPECT_EQ(fs::exists(temp) ? contents(temp) : Strings{}, flow.asideAfterCopy);
+    if (flow.testWrites) writeFile(appSupport / "written-by-a-test.txt", "x");
+    for (int restore = 0; restore < flow.restores; ++restore)
+        EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n") << "restore " << restore;
+    EXPECT_EQ(contents(appSupport), flow.afterRestore);
     EXPECT_FALSE(fs::exists(temp));
 }
 
-TEST_F(DataEnvironment, applicationWithoutAFolderKeepsTheTestDataAfterTheRestore) {
-    writeFile(testData / "a.txt", "A");
-    EXPECT_EQ(copyCapturingOutput(), "");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"a.txt=A"});
-    EXPECT_FALSE(fs::exists(temp));
-    EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"a.txt=A"});
-}
-
-TEST_F(DataEnvironment, secondRestoreOnlyPrints) {
-    writeFile(appSupport / "user.txt", "mine");
-    copyCapturingOutput();
-    restoreCapturingOutput();
-    EXPECT_EQ(restoreCapturingOutput(), "Restoring Application Support Data\n");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
-}
-
-TEST_F(DataEnvironment, missingTestDataFolderLeavesAnEmptyFolder) {
-    writeFile(appSupport / "user.txt", "mine");
-    JTKTestSuite::setJtkTestDataURL(root / "no-such-folder");
-    EXPECT_EQ(copyCapturingOutput(), "Test data folder path was supplied, but no folder exists\n");
-    EXPECT_TRUE(fs::is_directory(appSupport));
-    EXPECT_TRUE(fs::is_empty(appSupport));
-    restoreCapturingOutput();
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
-}
-
-TEST_F(DataEnvironment, withoutATestDataURLNothingMoves) {
-    writeFile(appSupport / "user.txt", "mine");
-    JTKTestSuite::setJtkTestDataURL(std::nullopt);
-    EXPECT_EQ(copyCapturingOutput(), "");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
-    EXPECT_FALSE(fs::exists(temp));
-}
-
-TEST_F(DataEnvironment, copyingAgainDuringARunReplacesOnlyTheTestData) {
-    writeFile(appSupport / "user.txt", "mine");
-    writeFile(testData / "a.txt", "A");
-    copyCapturingOutput();
-    writeFile(appSupport / "written-by-a-test.txt", "x");
-    EXPECT_EQ(copyCapturingOutput(),
-              "Copying the test data in again; the Application Support data stays aside at " + temp.string() + "\n");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"a.txt=A"});
-    EXPECT_EQ(contents(temp), std::vector<std::string>{"user.txt=mine"});
-    restoreCapturingOutput();
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
-    EXPECT_FALSE(fs::exists(temp));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Flows, DataFlow,
+    testing::Values(Flow{"testDataReplacesTheUsersUntilTheRestore", true, "testdata", 1, 1, true, "", test, user, user},
+                    Flow{"withoutAFolderTheTestDataStays", false, "testdata", 1, 1, false, "", test, {}, test},
+                    Flow{"secondRestoreOnlyPrints", true, "testdata", 1, 2, false, "", test, user, user},
+                    Flow{"missingTestDataLeavesAnEmptyFolder", true, "no-such-folder", 1, 1, false,
+                         "Test data folder path was supplied, but no folder exists\n", {}, user, user},
+                    Flow{"withoutATestDataURLNothingMoves", true, nullptr, 1, 0, false, "", user, {}, user},
+                    Flow{"copyingAgainReplacesOnlyTheTestData", true, "testdata", 2, 1, true,
+                         "Copying the test data in again; the Application Support data stays aside at TEMP\n", test, user,
+                         user}),
+    [](const testing::TestParamInfo<Flow>& info) { return std::string(info.param.name); });
 
 TEST_F(DataEnvironment, copiedTestDataKeepsTimesPermissionsAndLinks) {
     writeFile(testData / "folder" / "file.txt", "F");
@@ -212,11 +162,8 @@ TEST_F(DataEnvironment, readOnlyFoldersATestLeavesDoNotKeepTheUsersDataAside) {
         },
         testing::ExitedWithCode(0), "");
     EXPECT_EQ(readFile(root / "out.txt"), "Restoring Application Support Data\n");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
-    std::vector<std::string> beside;
-    for (const auto& entry : fs::directory_iterator(root / "data")) beside.push_back(entry.path().filename());
-    std::sort(beside.begin(), beside.end());
-    EXPECT_EQ(beside, std::vector<std::string>{appSupport.filename().string()});
+    EXPECT_EQ(contents(appSupport), Strings{"user.txt=mine"});
+    EXPECT_EQ(std::distance(fs::directory_iterator(root / "data"), fs::directory_iterator()), 1) << "nothing beside it";
 }
 
 TEST_F(DataEnvironment, uncopyableItemEndsTheRunAfterRestoring) {
@@ -234,7 +181,7 @@ TEST_F(DataEnvironment, uncopyableItemEndsTheRunAfterRestoring) {
     EXPECT_EQ(readFile(root / "out.txt"), "Could not copy the test data item " + (testData / "pipe").string() +
                                               ": it holds something that is neither a file, a folder nor a link"
                                               " - Testing cancelled\nRestoring Application Support Data\n");
-    EXPECT_EQ(contents(appSupport), std::vector<std::string>{"user.txt=mine"});
+    EXPECT_EQ(contents(appSupport), Strings{"user.txt=mine"});
     EXPECT_FALSE(fs::exists(temp));
 }
 

@@ -1,22 +1,14 @@
 // A small application for the run driver's process tests. It runs a test
-// launch on the embedded desktop; the environment variable DRIVER_MODE (a
-// comma-separated list of flags) picks how the run behaves and ends:
-//   untrusted  starts without accessibility trust and grants it 1.25 s later
-//   end        testEnd calls endTests
-//   fatal      testEnd makes a fatal stop
-//   check      testEnd fails a check
-//   sigterm    testEnd sends the process SIGTERM
-//   wait       testEnd writes the process id to the file "ready" in the working
-//              folder, then waits until a file "go" appears there
-//   rebuilt    testEnd replaces its own executable file, as a rebuild does
-//   exit       testEnd calls exit(3)
-//   quit       testEnd has the application quit itself with status 4
-//   throw      testEnd throws an exception nobody catches
-//   abort      testEnd calls abort()
-//   nodata     no test data path; noshots: no screenshot path
-//   showalert  prints the texts of the final alert once it is up
-// DRIVER_TEST_DATA and DRIVER_SCREENSHOTS name the folders. Every line the
-// parent checks goes to standard output.
+// launch on the embedded desktop; DRIVER_MODE (comma-separated flags) picks
+// how the run behaves and ends. "untrusted" starts without accessibility trust
+// and grants it 1.25 s later; "nodata"/"noshots" drop the test data/screenshot
+// path; "showalert" prints the final alert's texts once it is up. In testEnd:
+// "end" calls endTests, "fatal" makes a fatal stop, "check" fails a check,
+// "sigterm" sends SIGTERM, "exit" calls exit(3), "quit" quits with status 4,
+// "throw" throws past everyone, "abort" aborts, "rebuilt" replaces the
+// executable as a rebuild does, and "wait" writes the process id to the file
+// "ready" and waits for a file "go". DRIVER_TEST_DATA and DRIVER_SCREENSHOTS
+// name the folders. Every line the parent checks goes to standard output.
 #include <signal.h>
 #include <unistd.h>
 
@@ -59,18 +51,11 @@ platform::Value environmentText(const char* name) {
     return value ? platform::Value(std::string(value)) : platform::Value();
 }
 
-// Steady-clock nanoseconds: the same clock in parent and child.
-std::string steadyNow() {
-    return std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
-}
-
 void printAlertTexts() {
     std::string texts;
-    for (const auto& view : JTKTestSuite::appViews()) {
-        for (const auto& text : {viewTitle(view), viewValue(view)}) {
+    for (const auto& view : JTKTestSuite::appViews())
+        for (const auto& text : {viewTitle(view), viewValue(view)})
             if (!text.empty()) texts += "[" + text + "]";
-        }
-    }
     jtkPrintLine("alert shows " + texts);
 }
 
@@ -160,17 +145,13 @@ JTK_TEST(testEnd) {
 
 JTK_TEST(testB) { jtkPrintLine("testB"); }
 
-JTK_TEST(testC) {
-    // Longer than a millisecond: screenshots follow.
+// Both longer than a millisecond: screenshots follow testC; testD's options skip them.
+static void slowTest(const char* name) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    jtkPrintLine("testC");
+    jtkPrintLine(name);
 }
-
-JTK_TEST(testD) {
-    // Longer than a millisecond, but its options skip the screenshots.
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    jtkPrintLine("testD");
-}
+JTK_TEST(testC) { slowTest("testC"); }
+JTK_TEST(testD) { slowTest("testD"); }
 
 JTK_METHOD(tearDownAll) { jtkPrintLine("tearDownAll"); }
 JTK_METHOD(tearDown) { jtkPrintLine("tearDown"); }
@@ -185,24 +166,21 @@ int main(int argc, char** argv) {
             const auto* text = note.object.text();
             jtkPrintLine("notification " + note.name + (text ? " " + *text : std::string()));
             if (note.name == "JTKTestSuiteAllTestsCompleted") {
-                jtkPrintLine("completed at " + steadyNow());
+                // Steady-clock nanoseconds: the same clock in parent and child.
+                jtkPrintLine("completed at " + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
                 if (hasFlag("showalert")) platform::dispatchAfterMain(1.0, printAlertTexts);
             }
         });
 
-    if (hasFlag("untrusted")) {
-        desktop::setAccessibilityTrusted(false);
-        platform::dispatchAfterMain(1.25, [] {
-            jtkPrintLine("trust granted");
-            desktop::setAccessibilityTrusted(true);
-        });
-    }
+    if (hasFlag("untrusted")) desktop::setAccessibilityTrusted(false);
+    if (hasFlag("untrusted")) platform::dispatchAfterMain(1.25, [] {
+        jtkPrintLine("trust granted");
+        desktop::setAccessibilityTrusted(true);
+    });
 
     JTKTestSuite::runTests();
     // A launch that started no run ends itself after a while, with status 5.
     // Without the trust poll a run has started before runTests returns.
-    platform::dispatchAfterMain(hasFlag("untrusted") ? 10.0 : 1.0, [application] {
-        if (!setupRan) application->terminate(5);
-    });
+    platform::dispatchAfterMain(hasFlag("untrusted") ? 10.0 : 1.0, [application] { if (!setupRan) application->terminate(5); });
     return application->run();
 }
