@@ -126,13 +126,11 @@ TEST_F(DataEnvironment, copiedTestDataKeepsTimesPermissionsAndLinks) {
     fs::permissions(testData / "locked" / "inner.txt", fs::perms(0400));
     fs::permissions(testData / "locked", fs::perms(0500));  // a read-only folder is filled before it is locked
     auto past = fs::file_time_type::clock::now() - std::chrono::hours(24 * 400);
-    for (const char* item : {"folder/file.txt", "folder", "locked/inner.txt"}) {
+    for (const char* item : {"folder/file.txt", "folder", "locked/inner.txt"})
         fs::last_write_time(testData / item, past - std::chrono::minutes(std::strlen(item)));
-    }
     copyCapturingOutput();
     for (const char* item : {"folder/file.txt", "folder", "locked/inner.txt", "locked"}) {
-        auto copied = fs::symlink_status(appSupport / item);
-        EXPECT_EQ(copied.permissions(), fs::symlink_status(testData / item).permissions()) << item;
+        EXPECT_EQ(fs::symlink_status(appSupport / item).permissions(), fs::symlink_status(testData / item).permissions()) << item;
         EXPECT_EQ(fs::last_write_time(appSupport / item), fs::last_write_time(testData / item)) << item;
     }
     EXPECT_EQ(fs::read_symlink(appSupport / "link"), "folder/file.txt");
@@ -185,32 +183,25 @@ TEST_F(DataEnvironment, uncopyableItemEndsTheRunAfterRestoring) {
     EXPECT_FALSE(fs::exists(temp));
 }
 
-TEST_F(DataEnvironment, userDefaultsFromAPropertyList) {
+// Test defaults are stored over the user's; an unreadable file stores nothing.
+TEST_F(DataEnvironment, userDefaultsFromAPropertyListAndNothingFromAnUnreadableOne) {
     auto& defaults = platform::standardUserDefaults();
     defaults.setObject(platform::Value("kept"), "gamma");
     defaults.setObject(platform::Value("old"), "alpha");
     defaults.synchronize();
-    writeFile(root / "defaults.plist",
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-              "<plist version=\"1.0\"><dict><key>alpha</key><string>one</string>"
-              "<key>beta</key><integer>2</integer></dict></plist>\n");
+    writeFile(root / "defaults.plist", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>alpha</key>"
+                                       "<string>one</string><key>beta</key><integer>2</integer></dict></plist>\n");
     JTKTestSuite::setJtkTestUserDefaultsURL(root / "defaults.plist");
     JTKTestSuite::copyTestUserDefaultsToPrefs();
     auto& after = platform::standardUserDefaults();
     EXPECT_EQ(after.objectForKey("alpha"), platform::Value("one"));
     EXPECT_EQ(after.objectForKey("beta"), platform::Value(2));
     EXPECT_EQ(after.objectForKey("gamma"), platform::Value("kept"));
-}
 
-TEST_F(DataEnvironment, unreadableUserDefaultsStoreNothing) {
-    auto& defaults = platform::standardUserDefaults();
-    defaults.setObject(platform::Value("before"), "alpha");
     writeFile(root / "broken.plist", "<?xml version=\"1.0\"?><plist><dict><key>alpha</key><string>after");
     JTKTestSuite::setJtkTestUserDefaultsURL(root / "broken.plist");
-    testing::internal::CaptureStdout();
-    JTKTestSuite::copyTestUserDefaultsToPrefs();
-    auto output = testing::internal::GetCapturedStdout();
+    auto output = capturing(JTKTestSuite::copyTestUserDefaultsToPrefs);
     EXPECT_NE(output.find("could not be read"), std::string::npos) << output;
     EXPECT_NE(output.find("broken.plist"), std::string::npos) << output;
-    EXPECT_EQ(platform::standardUserDefaults().objectForKey("alpha"), platform::Value("before"));
+    EXPECT_EQ(platform::standardUserDefaults().objectForKey("alpha"), platform::Value("one"));
 }
