@@ -186,14 +186,21 @@ TEST_F(DriverRun, fullRunInOrderEndsByTheAlertTimerWithTheDataBack) {
 // a fatal stop (its place on standard error), a run that waits for the trust
 // (asked once, nothing before it), one whose executable is rebuilt meanwhile,
 // a failed check (test name, file, expression and both values) and output into
-// a reader that went away.
+// a reader that went away. The stop signals come from outside, sent to a run
+// started in the background by a shell that ignores them (a background job
+// starts with SIGINT and SIGQUIT ignored).
 struct ProcessEnd {
     std::string mode;
     int status;
     Lines lastLines;
     std::string error = "", after = "";  // a line on standard error; the rest of the command line
+    int signal = 0;                      // sent from outside once the run waits in testEnd
     friend void PrintTo(const ProcessEnd& end, std::ostream* out) { *out << end.mode; }
 };
+
+ProcessEnd stoppedBy(int signal) {
+    return {"wait", 128 + signal, {"Run interrupted by signal " + std::to_string(signal), restoring}, "", "", signal};
+}
 
 class DriverRunEnd : public DriverRun, public testing::WithParamInterface<ProcessEnd> {};
 
@@ -202,7 +209,13 @@ TEST_P(DriverRunEnd, restoresTheDataAndEnds) {
     auto app = application();
     if (mode.starts_with("rebuilt")) fs::copy_file(binDirectory() / "driverTestApp", root / "driverTestApp");
     if (mode.starts_with("rebuilt")) app = quoted((root / "driverTestApp").string());
-    auto child = shell(environment(mode) + "timeout -s KILL 120 " + app + " -uxtest" + GetParam().after);
+    auto launch = environment(mode) + "timeout -s KILL 120 " + app + " -uxtest" + GetParam().after;
+    if (int signal = GetParam().signal)
+        launch = environment(mode) + "trap '' INT TERM HUP QUIT; " + app + " -uxtest & pid=$!; " +
+                 "for i in $(seq 1200); do [ -s ready ] && break; sleep 0.05; done; kill -s " + std::to_string(signal) +
+                 " $pid; for i in $(seq 600); do kill -0 $pid 2>/dev/null || break; sleep 0.05; done; " +
+                 "kill -s KILL $pid 2>/dev/null; wait $pid; echo status=$?";
+    auto child = shell(launch);
     EXPECT_EQ(child.status, GetParam().status) << testing::PrintToString(child.errors);
     for (auto& line : child.output) line = std::regex_replace(line, std::regex(" at .*/(driverTestApp\\.cpp):[0-9]+$"), " at $1");
     auto expected = GetParam().lastLines.empty() ? Lines{} : concat(startOfRun, GetParam().lastLines);
@@ -230,31 +243,14 @@ INSTANTIATE_TEST_SUITE_P(
         ProcessEnd{"exit", 3, {"Run ended early: the process exited with status 3", restoring}},
         ProcessEnd{"quit", 4, {"Run ended early: the process exited with status 4", restoring}},
         ProcessEnd{"throw", 134, {"Run ended by an uncaught exception: thrown on purpose", restoring}},
-        ProcessEnd{"abort", 134, {"Run interrupted by signal 6", restoring}}),
+        ProcessEnd{"abort", 134, {"Run interrupted by signal 6", restoring}}, stoppedBy(SIGINT), stoppedBy(SIGTERM),
+        stoppedBy(SIGHUP), stoppedBy(SIGQUIT)),
     [](const testing::TestParamInfo<ProcessEnd>& info) {
-        auto name = info.param.mode + (info.param.after.empty() ? "" : "_intoAClosedPipe");
+        auto name = info.param.mode + (info.param.after.empty() ? "" : "_intoAClosedPipe") +
+                    (info.param.signal ? std::string("_") + sigabbrev_np(info.param.signal) : "");
         std::replace(name.begin(), name.end(), ',', '_');
         return name;
     });
-
-// The stop signals from outside, sent to a run started in the background by a
-// shell that ignores them (a background job starts with SIGINT and SIGQUIT ignored).
-class DriverRunSignal : public DriverRun, public testing::WithParamInterface<int> {};
-
-TEST_P(DriverRunSignal, stopsTheRunWithTheDataBackWhateverTheShellIgnored) {
-    int signalNumber = GetParam();
-    auto child = shell(environment("wait") + "trap '' INT TERM HUP QUIT; " + application() + " -uxtest & pid=$!; " +
-                       "for i in $(seq 1200); do [ -s ready ] && break; sleep 0.05; done; " +
-                       "kill -s " + std::to_string(signalNumber) + " $pid; " +
-                       "for i in $(seq 600); do kill -0 $pid 2>/dev/null || break; sleep 0.05; done; " +
-                       "kill -s KILL $pid 2>/dev/null; wait $pid; echo status=$?");
-    EXPECT_EQ(child.status, 128 + signalNumber);
-    EXPECT_EQ(child.output, concat(startOfRun, {"Run interrupted by signal " + std::to_string(signalNumber), restoring}));
-    expectUserDataBack();
-}
-
-INSTANTIATE_TEST_SUITE_P(StopSignals, DriverRunSignal, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT),
-                         [](const testing::TestParamInfo<int>& info) { return std::string(sigabbrev_np(info.param)); });
 
 TEST_F(DriverRun, anApplicationWithTheLongestNameItsFolderAllowsGetsItsDataBack) {
     const std::string name(250, 'n');  // with "_Temp" exactly the longest file name
