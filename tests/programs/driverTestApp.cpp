@@ -80,11 +80,9 @@ static platform::Value optionEntry(int64_t option, platform::Value value) {
 }
 
 JTK_PROVIDER(jtkTestOptions) {
-    platform::ValueDictionary tests;
-    tests.emplace_back(platform::Value("testB"), optionEntry(1, platform::Value(int64_t(-1))));
-    tests.emplace_back(platform::Value("testC"), optionEntry(1, platform::Value(int64_t(5))));
-    // Replaced whole by the later provider below.
-    tests.emplace_back(platform::Value("testD"), optionEntry(1, platform::Value(int64_t(9))));
+    platform::ValueDictionary tests;  // testD's entry is replaced whole by the later provider below
+    for (auto [test, value] : {std::pair<const char*, int64_t>{"testB", -1}, {"testC", 5}, {"testD", 9}})
+        tests.emplace_back(platform::Value(test), optionEntry(1, platform::Value(value)));
     return platform::Value(std::move(tests));
 }
 JTK_PROVIDER(jtkTestOptionsMore) {
