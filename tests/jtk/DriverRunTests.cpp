@@ -1,8 +1,7 @@
 // Whole test launches of a small application (tests/programs/driverTestApp)
 // in a child process: the order of a run and its lines, the final alert and
-// its timer, endTests, fatal stops and SIGTERM (all with the user's data put
-// back), the trust poll, a folder left by an interrupted run, and launches
-// that never start a run.
+// its timer, every way a run ends (all with the user's data put back), a
+// folder left by an interrupted run, and launches that never start a run.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -11,8 +10,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include "run/JTKRunConfiguration.h"
@@ -22,8 +19,6 @@
 
 using namespace jtk;
 using namespace testsupport;
-
-namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
 namespace {

@@ -4,14 +4,10 @@
 // temporary folder for every test.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Application.h"
