@@ -43,6 +43,23 @@ using platform::Point;
 using platform::Rect;
 using Posted = desktop::WindowServer::PostedEvent;
 
+// Building windows and views, also for tests that run outside a DesktopTest.
+inline void closeAllWindows() {
+    auto windows = desktop::Application::shared()->desktopWindows();
+    for (auto& window : windows) window->close();
+}
+inline std::shared_ptr<desktop::Window> makeWindow(const Rect& content, std::string title = "Window", bool show = true) {
+    auto window = desktop::Window::make(content, std::move(title));
+    if (show) window->makeKeyAndOrderFront();
+    return window;
+}
+template <class V, class... Args>
+std::shared_ptr<V> addView(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
+    auto view = std::make_shared<V>(std::forward<Args>(args)...);
+    parent->addSubview(view);
+    return view;
+}
+
 class DesktopTest : public ::testing::Test {
 protected:
     void SetUp() override { reset(); }
@@ -52,8 +69,7 @@ protected:
         JTKTestSuite::setRecorder(nullptr);
         JTKElement::setCurrentOpenMenu(nullptr);
         auto app = desktop::Application::shared();
-        auto windows = app->desktopWindows();  // a copy: closing a window changes the list
-        for (auto& window : windows) window->close();
+        closeAllWindows();
         app->setMainMenu(nullptr);
         app->deactivate();
         desktop::WindowServer::shared().resetState();
@@ -64,15 +80,11 @@ protected:
 
     // A window whose content area is the rectangle on screen; shown and key unless show is false.
     static std::shared_ptr<desktop::Window> makeWindow(const Rect& content, std::string title = "Window", bool show = true) {
-        auto window = desktop::Window::make(content, std::move(title));
-        if (show) window->makeKeyAndOrderFront();
-        return window;
+        return testsupport::makeWindow(content, std::move(title), show);
     }
     template <class V, class... Args>
     static std::shared_ptr<V> add(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
-        auto view = std::make_shared<V>(std::forward<Args>(args)...);
-        parent->addSubview(view);
-        return view;
+        return addView<V>(parent, std::forward<Args>(args)...);
     }
     // Gives the view a method by name, as an application does.
     static void answer(const std::shared_ptr<desktop::View>& view, const std::string& selector, platform::Value value) {
@@ -174,22 +186,5 @@ protected:
         return types;
     }
 };
-
-// Free forms of the fixture's helpers, for tests that build views outside a DesktopTest.
-inline void closeAllWindows() {
-    auto windows = desktop::Application::shared()->desktopWindows();
-    for (auto& window : windows) window->close();
-}
-inline std::shared_ptr<desktop::Window> makeWindow(const Rect& content, std::string title = "Window", bool show = true) {
-    auto window = desktop::Window::make(content, std::move(title));
-    if (show) window->makeKeyAndOrderFront();
-    return window;
-}
-template <class V, class... Args>
-std::shared_ptr<V> addView(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
-    auto view = std::make_shared<V>(std::forward<Args>(args)...);
-    parent->addSubview(view);
-    return view;
-}
 
 }  // namespace testsupport
