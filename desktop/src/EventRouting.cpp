@@ -130,6 +130,28 @@ void keyDown(Application& app, platform::Event& event) {
     if (!(event.flags & commandLikeFlags)) pressButtonWithKeyEquivalent(window->desktopContentView(), charactersOfEvent(event));
 }
 
+// The window an event belongs to, known before the monitors see it, as the
+// window server knows it: the press's window for drags and releases, the
+// window under the pointer for other mouse events, the key window for keys.
+int windowNumberOfEvent(const Application& app, const platform::Event& event) {
+    switch (event.type) {
+        case EventType::keyDown:
+        case EventType::keyUp:
+        case EventType::flagsChanged: {
+            auto window = app.desktopKeyWindow();
+            return window ? window->windowNumber() : 0;
+        }
+        case EventType::leftMouseDragged:
+        case EventType::leftMouseUp:
+            if (auto window = state().mouseDownWindow.lock()) return window->windowNumber();
+            [[fallthrough]];
+        default: {
+            auto window = windowAt(app, WindowServer::screenPointFromEventPoint(event.location));
+            return window ? window->windowNumber() : 0;
+        }
+    }
+}
+
 }  // namespace
 
 void routeEvent(std::shared_ptr<platform::Event> event) {
@@ -139,6 +161,7 @@ void routeEvent(std::shared_ptr<platform::Event> event) {
     if (event->type == EventType::leftMouseUp) routing.leftButtonDown = false;
 
     auto app = Application::shared();
+    event->windowNumber = windowNumberOfEvent(*app, *event);
     event = app->runMonitors(std::move(event));
     if (!event) return;
 
@@ -188,3 +211,13 @@ bool isLeftButtonDownInApplication() { return state().leftButtonDown; }
 std::shared_ptr<const platform::Event> currentEvent() { return state().current; }
 
 }  // namespace jtk::desktop
+
+namespace jtk::platform {
+
+Point locationInWindow(const Event& event) {
+    auto screenPoint = desktop::WindowServer::screenPointFromEventPoint(event.location);
+    auto window = desktop::Application::shared()->windowWithNumber(static_cast<int>(event.windowNumber));
+    return window ? window->convertPointFromScreen(screenPoint) : screenPoint;
+}
+
+}  // namespace jtk::platform

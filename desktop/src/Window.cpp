@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "JTK/desktop/Application.h"
+#include "JTK/platform/Notifications.h"
 
 namespace jtk::desktop {
 
@@ -95,6 +96,7 @@ void Window::orderOut() {
 
 void Window::close() {
     auto protector = sharedWindow();  // the list may hold the last reference
+    platform::defaultNotificationCenter().post(platform::windowWillCloseNotification, platform::Value(protector));
     visible_ = false;
     auto app = Application::shared();
     app->removeWindow(*this);

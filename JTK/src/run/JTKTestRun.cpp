@@ -11,7 +11,7 @@
 #include "run/JTKShell.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Notifications.h"
-#include "screenshots/JTKComparisonWindowController.h"
+#include "screenshots/JTKComparisonWindow.h"
 #include "screenshots/JTKScreenshotCapture.h"
 
 namespace jtk {
@@ -42,7 +42,7 @@ void openComparisonWindow() {
     auto root = JTKTestSuite::jtkScreenshotsURL();
     if (!root) return;  // test code cleared the root; there is nothing to compare
     auto versionFolder = *root / JTKTestSuite::jtkTestVersion();
-    jtkOnMainThread([&] { JTKComparisonWindowController::shared().showComparisons(versionFolder); });
+    jtkOnMainThread([&] { JTKComparisonWindow::shared()->showComparisons(versionFolder); });
 }
 
 }  // namespace

@@ -82,7 +82,7 @@ void ScrollView::drawOverSubviews(DrawContext& context) const {
 
 void ImageView::draw(DrawContext& context) const {
     Rect all = bounds();
-    if (context.drawImageFile(imageFile_, all)) return;
+    if (image_ ? context.drawImage(*image_, all) : context.drawImageFile(imageFile_, all)) return;
     // No picture: a quiet frame with a cross, as an empty image well shows.
     Rect inset{all.minX() + 0.5, all.minY() + 0.5, all.width() - 1, all.height() - 1};
     context.fillRoundedRect(inset, 4, Color::grey(0.94));

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "render/FontSystem.h"
+#include "render/Surface.h"
 
 namespace jtk::desktop {
 
@@ -199,28 +200,41 @@ void DrawContext::drawText(const std::string& text, const Rect& rect, const Text
     cairo_restore(cairo_);
 }
 
+namespace {
+
+// Draws the picture scaled proportionally into the rectangle, centred.
+bool drawPictureScaled(cairo_t* cairo, cairo_surface_t* picture, const Rect& rect, bool sharpWhenEnlarged) {
+    if (cairo_surface_status(picture) != CAIRO_STATUS_SUCCESS) return false;
+    double width = cairo_image_surface_get_width(picture), height = cairo_image_surface_get_height(picture);
+    if (width <= 0 || height <= 0) return false;
+    double scale = std::min(rect.width() / width, rect.height() / height);
+    double shownWidth = width * scale, shownHeight = height * scale;
+    cairo_save(cairo);
+    cairo_translate(cairo, rect.midX() - shownWidth / 2, rect.midY() + shownHeight / 2);
+    cairo_scale(cairo, scale, -scale);  // picture rows run downwards
+    cairo_set_source_surface(cairo, picture, 0, 0);
+    bool nearest = sharpWhenEnlarged && scale >= 1;
+    cairo_pattern_set_filter(cairo_get_source(cairo), nearest ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+    cairo_rectangle(cairo, 0, 0, width, height);
+    cairo_fill(cairo);
+    cairo_restore(cairo);
+    return true;
+}
+
+}  // namespace
+
 bool DrawContext::drawImageFile(const std::filesystem::path& file, const Rect& rect) {
     if (file.empty() || rect.isEmpty()) return false;
     cairo_surface_t* picture = cairo_image_surface_create_from_png(file.c_str());
-    bool drawn = false;
-    if (cairo_surface_status(picture) == CAIRO_STATUS_SUCCESS) {
-        double width = cairo_image_surface_get_width(picture), height = cairo_image_surface_get_height(picture);
-        if (width > 0 && height > 0) {
-            double scale = std::min(rect.width() / width, rect.height() / height);
-            double shownWidth = width * scale, shownHeight = height * scale;
-            cairo_save(cairo_);
-            cairo_translate(cairo_, rect.midX() - shownWidth / 2, rect.midY() + shownHeight / 2);
-            cairo_scale(cairo_, scale, -scale);  // picture rows run downwards
-            cairo_set_source_surface(cairo_, picture, 0, 0);
-            cairo_pattern_set_filter(cairo_get_source(cairo_), CAIRO_FILTER_GOOD);
-            cairo_rectangle(cairo_, 0, 0, width, height);
-            cairo_fill(cairo_);
-            cairo_restore(cairo_);
-            drawn = true;
-        }
-    }
+    bool drawn = drawPictureScaled(cairo_, picture, rect, false);
     cairo_surface_destroy(picture);
     return drawn;
+}
+
+bool DrawContext::drawImage(const imaging::Image& image, const Rect& rect) {
+    if (rect.isEmpty()) return false;
+    Surface picture(image);
+    return picture.isValid() && drawPictureScaled(cairo_, picture.surface(), rect, true);
 }
 
 }  // namespace jtk::desktop

@@ -29,6 +29,7 @@ public:
 
     bool isValid() const { return cairo_ != nullptr; }
     cairo_t* cairo() const { return cairo_; }
+    cairo_surface_t* surface() const { return surface_; }
     // Writes the drawn pixels back as straight RGBA.
     void copyInto(imaging::Image& bitmap);
 

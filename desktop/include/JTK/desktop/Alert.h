@@ -26,6 +26,7 @@ public:
     ~Alert() override;
 
     void setMessageText(const std::string& text) override { messageText_ = text; }
+    const std::string& messageText() const { return messageText_; }
     void setInformativeText(const std::string& text) override { informativeText_ = text; }
     void addButtonWithTitle(const std::string& title) override;
     const std::vector<std::shared_ptr<Button>>& buttons() const { return buttons_; }

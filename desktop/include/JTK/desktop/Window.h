@@ -63,8 +63,9 @@ public:
     void orderFront();
     // Hides the window; it stays in the window list.
     void orderOut();
-    // Hides the window and takes it out of the window list.
-    void close();
+    // Posts the will-close notification, hides the window and takes it out
+    // of the window list.
+    void close() override;
     bool isVisible() const override { return visible_; }
     bool isKeyWindow() const override;
     bool canBecomeKeyWindow() const { return canBecomeKey_; }

@@ -69,6 +69,12 @@ struct Event {
     }
 };
 
+// The event's location in the coordinates of its window (origin bottom left
+// of the window's frame, y up): the window under a press, the press's window
+// for drags and releases. Screen coordinates when the event has no window.
+// Main thread only.
+Point locationInWindow(const Event& event);
+
 // Creation may fail (null), as the platform's may.
 std::shared_ptr<EventSource> createEventSource(EventSourceState state);
 // A new event starts with the modifier flags the source's state holds now.

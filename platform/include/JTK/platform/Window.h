@@ -11,6 +11,9 @@ namespace jtk::platform {
 
 class View;
 
+// Posted with the window as object just before it closes.
+inline constexpr const char* windowWillCloseNotification = "WindowWillCloseNotification";
+
 class Window : public Object {
 public:
     virtual std::shared_ptr<View> contentView() const = 0;
@@ -20,6 +23,9 @@ public:
     virtual Rect frame() const = 0;
     virtual Rect convertRectToScreen(const Rect& rect) const = 0;
     virtual void makeKeyAndOrderFront() = 0;
+    // Hides the window and takes it out of the application's window list; it
+    // can be shown again.
+    virtual void close() = 0;
     virtual bool isVisible() const = 0;
     virtual bool isKeyWindow() const = 0;
 };

@@ -5,6 +5,8 @@
 // Main thread only, like all drawing.
 #pragma once
 
+#include "JTK/imaging/Image.h"
+
 #include <filesystem>
 #include <string>
 
@@ -68,6 +70,8 @@ public:
     // The PNG file scaled proportionally into the rectangle, centred; false
     // (nothing drawn) when the file cannot be read as a picture.
     bool drawImageFile(const std::filesystem::path& file, const platform::Rect& rect);
+    // The same for a bitmap; a picture enlarged to fit keeps its pixels sharp.
+    bool drawImage(const imaging::Image& image, const platform::Rect& rect);
 
 private:
     _cairo* cairo_;
