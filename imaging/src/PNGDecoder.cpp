@@ -85,11 +85,25 @@ std::optional<Image> decodeFast(const ChunkLayout& layout) {
                                              filteredSize, &produced);
     if (result != LIBDEFLATE_SUCCESS || produced != filteredSize) return std::nullopt;
 
-    std::vector<uint8_t> zeroRow(rowBytes, 0), rgbRows[2];
+    std::vector<uint8_t> zeroRow(rowBytes, 0), rgbRows[2], pairedRow(channels == 4 ? rowBytes : 0);
     if (channels == 3) rgbRows[0].resize(rowBytes), rgbRows[1].resize(rowBytes);
     const uint8_t* previous = zeroRow.data();
+    constexpr uint8_t paethType = 4;
     for (uint32_t y = 0; y < header.height; ++y) {
         const uint8_t* row = filtered + y * (rowBytes + 1);
+        // Two Paeth rows go together. The second is made aside and copied
+        // to its place after, since in place it would overwrite the end of
+        // the first row's input before that is read.
+        const uint8_t* next = row + rowBytes + 1;
+        if (channels == 4 && y + 1 < header.height && row[0] == paethType && next[0] == paethType &&
+            png::unfilterPaethPair(row + 1, next + 1, previous, image.pixels.data() + y * rowBytes,
+                                   pairedRow.data(), rowBytes, channels)) {
+            ++y;
+            uint8_t* second = image.pixels.data() + y * rowBytes;
+            std::memcpy(second, pairedRow.data(), rowBytes);
+            previous = second;
+            continue;
+        }
         uint8_t* target = channels == 4 ? image.pixels.data() + y * rowBytes : rgbRows[y % 2].data();
         if (!png::unfilterRow(row[0], row + 1, previous, target, rowBytes, channels)) return std::nullopt;
         if (channels == 3) {
