@@ -138,22 +138,30 @@ void undoPaeth4(const uint8_t* in, const uint8_t* previous, uint8_t* out, size_t
 // lanes 4-7 pixel x - 1 of the second, whose above and above-left pixels are
 // the first row's x - 1 and x - 2, made in the two steps before. The chain
 // from pixel to pixel is barely longer than for one row, so two rows take
-// little more time than one. Inlined into two copies below: one for AVX2,
-// whose three-operand forms drop most of the register copies.
-[[gnu::always_inline]] inline void undoPaeth4Pair(const uint8_t* firstIn, const uint8_t* secondIn,
-                                                  const uint8_t* previous, uint8_t* firstOut, uint8_t* secondOut,
-                                                  size_t length) {
-    auto pair = [](__m128i first, __m128i second) { return _mm_unpacklo_epi64(first, second); };
-    auto storeSecond = [&](size_t i, __m128i made) {
+// little more time than one.
+struct PaethPair {
+    const uint8_t* firstIn;
+    const uint8_t* secondIn;
+    const uint8_t* previous;
+    uint8_t* firstOut;
+    uint8_t* secondOut;
+    size_t length;
+    __m128i left = _mm_setzero_si128(), aboveLeft = _mm_setzero_si128();
+
+    static __m128i pair(__m128i first, __m128i second) { return _mm_unpacklo_epi64(first, second); }
+    void storeSecond(size_t i, __m128i made) const {
         int32_t word = _mm_cvtsi128_si32(_mm_srli_si128(_mm_packus_epi16(made, made), 4));
         std::memcpy(secondOut + i - 4, &word, 4);
-    };
+    }
     // Pixel 0 of the first row; the second row's lanes start from zeros.
-    __m128i aboveLeft = pair(loadPixel(previous), _mm_setzero_si128());
-    __m128i left = pair(paethStep(loadPixel(firstIn), aboveLeft, _mm_setzero_si128(), _mm_setzero_si128()),
-                        _mm_setzero_si128());
-    storePixel(firstOut, left);
-    for (size_t i = 4; i < length; i += 4) {
+    [[gnu::always_inline]] void start() {
+        const __m128i zero = _mm_setzero_si128();
+        aboveLeft = pair(loadPixel(previous), zero);
+        left = pair(paethStep(loadPixel(firstIn), aboveLeft, zero, zero), zero);
+        storePixel(firstOut, left);
+    }
+    // The first row's pixel at byte i (4 <= i < length), the second's at i - 4.
+    [[gnu::always_inline]] void step(size_t i) {
         __m128i above = pair(loadPixel(previous + i), left);
         left = paethStep(pair(loadPixel(firstIn + i), loadPixel(secondIn + i - 4)), above, left, aboveLeft);
         storePixel(firstOut + i, left);
@@ -161,21 +169,52 @@ void undoPaeth4(const uint8_t* in, const uint8_t* previous, uint8_t* out, size_t
         aboveLeft = above;
     }
     // The second row's last pixel.
-    __m128i above = pair(_mm_setzero_si128(), left);
-    storeSecond(length, paethStep(pair(_mm_setzero_si128(), loadPixel(secondIn + length - 4)), above, left, aboveLeft));
+    [[gnu::always_inline]] void finish() {
+        __m128i above = pair(_mm_setzero_si128(), left);
+        __m128i in = pair(_mm_setzero_si128(), loadPixel(secondIn + length - 4));
+        storeSecond(length, paethStep(in, above, left, aboveLeft));
+    }
+};
+
+// Two or four rows (`count`) `inStride` apart; the first is made into
+// firstOut, the others into consecutive rows of laterOut. Four rows run as
+// two pairs side by side, the lower a step behind and reading the upper's
+// second row as it is made, so that the processor overlaps the two chains.
+// Inlined into two copies below: one for AVX2, whose three-operand forms
+// drop most of the register copies.
+[[gnu::always_inline]] inline void undoPaeth4Rows(const uint8_t* in, size_t inStride, int count,
+                                                  const uint8_t* previous, uint8_t* firstOut, uint8_t* laterOut,
+                                                  size_t length) {
+    PaethPair upper{in, in + inStride, previous, firstOut, laterOut, length};
+    upper.start();
+    if (count == 2) {
+        for (size_t i = 4; i < length; i += 4) upper.step(i);
+        upper.finish();
+        return;
+    }
+    PaethPair lower{in + 2 * inStride, in + 3 * inStride, laterOut, laterOut + length, laterOut + 2 * length, length};
+    upper.step(4);
+    lower.start();
+    for (size_t i = 8; i < length; i += 4) {
+        upper.step(i);
+        lower.step(i - 4);
+    }
+    upper.finish();
+    lower.step(length - 4);
+    lower.finish();
 }
 
 #if defined(__x86_64__)
-__attribute__((target("avx2"))) void undoPaeth4PairAVX2(const uint8_t* firstIn, const uint8_t* secondIn,
+__attribute__((target("avx2"))) void undoPaeth4RowsAVX2(const uint8_t* in, size_t inStride, int count,
                                                         const uint8_t* previous, uint8_t* firstOut,
-                                                        uint8_t* secondOut, size_t length) {
-    undoPaeth4Pair(firstIn, secondIn, previous, firstOut, secondOut, length);
+                                                        uint8_t* laterOut, size_t length) {
+    undoPaeth4Rows(in, inStride, count, previous, firstOut, laterOut, length);
 }
 #endif
 
-void undoPaeth4PairSSE2(const uint8_t* firstIn, const uint8_t* secondIn, const uint8_t* previous,
-                        uint8_t* firstOut, uint8_t* secondOut, size_t length) {
-    undoPaeth4Pair(firstIn, secondIn, previous, firstOut, secondOut, length);
+void undoPaeth4RowsSSE2(const uint8_t* in, size_t inStride, int count, const uint8_t* previous, uint8_t* firstOut,
+                        uint8_t* laterOut, size_t length) {
+    undoPaeth4Rows(in, inStride, count, previous, firstOut, laterOut, length);
 }
 
 void undoAverage4(const uint8_t* in, const uint8_t* previous, uint8_t* out, size_t length) {
@@ -283,18 +322,19 @@ bool unfilterRow(uint8_t type, const uint8_t* filtered, const uint8_t* previous,
     return true;
 }
 
-bool unfilterPaethPair(const uint8_t* first, const uint8_t* second, const uint8_t* previous, uint8_t* firstOut,
-                       uint8_t* secondOut, size_t length, int bytesPerPixel) {
+bool unfilterPaethRows(const uint8_t* filtered, size_t filteredStride, int count, const uint8_t* previous,
+                       uint8_t* firstOut, uint8_t* laterOut, size_t length, int bytesPerPixel) {
 #if defined(__SSE2__)
-    if (bytesPerPixel != 4 || length == 0) return false;
+    if (bytesPerPixel != 4 || (count != 2 && count != 4) || length < size_t(count) * 2) return false;
 #if defined(__x86_64__)
     static const bool hasAVX2 = __builtin_cpu_supports("avx2");
-    if (hasAVX2) return undoPaeth4PairAVX2(first, second, previous, firstOut, secondOut, length), true;
+    if (hasAVX2) return undoPaeth4RowsAVX2(filtered, filteredStride, count, previous, firstOut, laterOut, length), true;
 #endif
-    undoPaeth4PairSSE2(first, second, previous, firstOut, secondOut, length);
+    undoPaeth4RowsSSE2(filtered, filteredStride, count, previous, firstOut, laterOut, length);
     return true;
 #else
-    (void)first, (void)second, (void)previous, (void)firstOut, (void)secondOut, (void)length, (void)bytesPerPixel;
+    (void)filtered, (void)filteredStride, (void)count, (void)previous, (void)firstOut, (void)laterOut;
+    (void)length, (void)bytesPerPixel;
     return false;
 #endif
 }
