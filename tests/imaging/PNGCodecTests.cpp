@@ -17,6 +17,7 @@ struct Format {
     const char* name;
     int colourType, depth;
     bool transparency = false, interlaced = false;
+    int filter = PNG_ALL_FILTERS;  // or one filter for every row
 };
 
 constexpr uint32_t width = 13, height = 7;
@@ -81,6 +82,7 @@ std::vector<uint8_t> writeWithLibpng(const Format& f) {
         return {};
     }
     png_set_write_fn(png, &out, appendBytes, nullptr);
+    png_set_filter(png, PNG_FILTER_TYPE_BASE, f.filter);
     png_set_IHDR(png, info, width, height, f.depth, f.colourType,
                  f.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
@@ -163,7 +165,11 @@ INSTANTIATE_TEST_SUITE_P(AllTypesAndDepths, DecodeFormat, testing::Values(
     Format{"palette2", PNG_COLOR_TYPE_PALETTE, 2}, Format{"palette4", PNG_COLOR_TYPE_PALETTE, 4, true},
     Format{"palette8Alpha", PNG_COLOR_TYPE_PALETTE, 8, true},
     Format{"rgba8Interlaced", PNG_COLOR_TYPE_RGBA, 8, false, true},
-    Format{"grey16Interlaced", PNG_COLOR_TYPE_GRAY, 16, false, true}),
+    Format{"grey16Interlaced", PNG_COLOR_TYPE_GRAY, 16, false, true},
+    // Every row with one filter: Paeth rows are unfiltered four, two and one at a time.
+    Format{"rgba8Paeth", PNG_COLOR_TYPE_RGBA, 8, false, false, PNG_FILTER_PAETH},
+    Format{"rgba8Average", PNG_COLOR_TYPE_RGBA, 8, false, false, PNG_FILTER_AVG},
+    Format{"rgb8Paeth", PNG_COLOR_TYPE_RGB, 8, false, false, PNG_FILTER_PAETH}),
     [](const auto& info) { return std::string(info.param.name); });
 
 // Pictures that take every path of the encoder: tiny, random, flat with
