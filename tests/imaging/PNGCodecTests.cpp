@@ -22,15 +22,6 @@ struct Format {
 
 constexpr uint32_t width = 13, height = 7;
 
-int channelsOf(int colourType) {
-    switch (colourType) {
-        case PNG_COLOR_TYPE_RGB: return 3;
-        case PNG_COLOR_TYPE_GRAY_ALPHA: return 2;
-        case PNG_COLOR_TYPE_RGBA: return 4;
-        default: return 1;
-    }
-}
-
 // The raw sample of channel c at (x, y), in the file's own depth.
 uint32_t sampleAt(const Format& f, uint32_t x, uint32_t y, int c) {
     return (x * 7919u + y * 104729u + c * 65537u + x * y * 31u) % (1u << f.depth);
@@ -97,14 +88,11 @@ std::vector<uint8_t> writeWithLibpng(const Format& f) {
         png_set_PLTE(png, info, palette.data(), int(palette.size()));
         if (f.transparency) png_set_tRNS(png, info, alphas.data(), int(alphas.size()), nullptr);
     } else if (f.transparency) {
-        png_color_16 key{};
-        key.gray = png_uint_16(sampleAt(f, 0, 0, 0));
-        key.red = png_uint_16(sampleAt(f, 0, 0, 0));
-        key.green = png_uint_16(sampleAt(f, 0, 0, 1));
-        key.blue = png_uint_16(sampleAt(f, 0, 0, 2));
+        auto sample = [&](int c) { return png_uint_16(sampleAt(f, 0, 0, c)); };
+        png_color_16 key{0, sample(0), sample(1), sample(2), sample(0)};  // index, red, green, blue, grey
         png_set_tRNS(png, info, nullptr, 0, &key);
     }
-    int channels = channelsOf(f.colourType);
+    int channels = png_get_channels(png, info);
     size_t rowBytes = (size_t(width) * channels * f.depth + 7) / 8;
     std::vector<std::vector<png_byte>> rows(height, std::vector<png_byte>(rowBytes, 0));
     std::vector<png_bytep> rowPointers;
@@ -144,10 +132,8 @@ TEST_P(DecodeFormat, givesTheFilesValuesAsRGBA) {
         for (uint32_t x = 0; x < width; ++x) {
             auto expected = expectedAt(f, x, y);
             for (int c = 0; c < 4; ++c) {
-                std::string where = "x " + std::to_string(x) + " y " + std::to_string(y);
-                where += " channel " + std::to_string(c);
-                ASSERT_EQ(wide->pixel(x, y)[c], expected[c]) << "16-bit, " << where;
-                ASSERT_EQ(narrow->pixel(x, y)[c], expected[c] >> 8) << "8-bit, " << where;
+                ASSERT_EQ(wide->pixel(x, y)[c], expected[c]) << "16-bit at " << x << "," << y << " channel " << c;
+                ASSERT_EQ(narrow->pixel(x, y)[c], expected[c] >> 8) << "8-bit at " << x << "," << y << " channel " << c;
             }
         }
     }
@@ -215,16 +201,6 @@ TEST(PNGEncode, losslessReadableByLibpngAndTheSameOnEveryRun) {
         EXPECT_EQ(encodePNG(image), bytes) << "deterministic";
     }
     EXPECT_TRUE(encodePNG(Image()).empty());
-}
-
-TEST(PNGEncode, sixteenBitsKeepEveryBit) {
-    Image16 image(5, 3);
-    for (size_t i = 0; i < image.pixels.size(); ++i) image.pixels[i] = uint16_t(i * 4099 + 1);
-    auto bytes = encodePNG(image);
-    auto header = readPNGHeader(bytes);
-    ASSERT_TRUE(header);
-    EXPECT_EQ(header->bitDepth, 16);
-    EXPECT_EQ(decodePNG16(bytes), image);
 }
 
 TEST(PNGEncode, premultipliedRowsAreUnpremultipliedAsCairoDoes) {
