@@ -21,8 +21,8 @@ void filterRow(const uint8_t* row, const uint8_t* previous, uint8_t* out, uint8_
 bool unfilterRow(uint8_t type, const uint8_t* filtered, const uint8_t* previous, uint8_t* out, size_t length,
                  int bytesPerPixel);
 
-// Undoes the Paeth filter of `count` (2 or 4) consecutive rows together,
-// several times as fast as one after the other. `filtered` is the first
+// Undoes the Paeth filter of `count` (2 or 4) consecutive rows together, two
+// to three times as fast as one after the other. `filtered` is the first
 // row's filtered bytes, the others follow `filteredStride` apart; `previous`
 // is the row above the first. The first row is made into `firstOut`, which
 // may lie before `filtered` in the same buffer as for unfilterRow; the
