@@ -44,7 +44,9 @@ inline int paethPredictor(int left, int above, int aboveLeft) {
         __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
         sums = _mm_add_epi64(sums, _mm_sad_epu8(_mm_min_epu8(v, _mm_sub_epi8(zero, v)), zero));
     }
-    sum = uint64_t(_mm_cvtsi128_si64(sums)) + uint64_t(_mm_cvtsi128_si64(_mm_unpackhi_epi64(sums, sums)));
+    alignas(16) uint64_t lanes[2];
+    _mm_store_si128(reinterpret_cast<__m128i*>(lanes), sums);
+    sum = lanes[0] + lanes[1];
 #endif
     for (; i < length; ++i) sum += uint32_t(std::abs(int(int8_t(bytes[i]))));
     return sum;
