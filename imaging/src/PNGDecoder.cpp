@@ -85,11 +85,29 @@ std::optional<Image> decodeFast(const ChunkLayout& layout) {
                                              filteredSize, &produced);
     if (result != LIBDEFLATE_SUCCESS || produced != filteredSize) return std::nullopt;
 
-    std::vector<uint8_t> zeroRow(rowBytes, 0), rgbRows[2];
+    std::vector<uint8_t> zeroRow(rowBytes, 0), rgbRows[2], laterRows(channels == 4 ? rowBytes * 3 : 0);
     if (channels == 3) rgbRows[0].resize(rowBytes), rgbRows[1].resize(rowBytes);
     const uint8_t* previous = zeroRow.data();
+    constexpr uint8_t paethType = 4;
     for (uint32_t y = 0; y < header.height; ++y) {
         const uint8_t* row = filtered + y * (rowBytes + 1);
+        // Runs of Paeth rows go four or two together. All but the first are
+        // made aside and copied to their places after, since in place they
+        // would overwrite the end of the row above's input before it is read.
+        int paethRun = 0;
+        while (channels == 4 && paethRun < 4 && y + paethRun < header.height &&
+               row[paethRun * (rowBytes + 1)] == paethType) {
+            ++paethRun;
+        }
+        int group = paethRun == 4 ? 4 : paethRun >= 2 ? 2 : 0;
+        uint8_t* groupOut = image.pixels.data() + y * rowBytes;
+        if (group && png::unfilterPaethRows(row + 1, rowBytes + 1, group, previous, groupOut, laterRows.data(),
+                                            rowBytes, channels)) {
+            std::memcpy(groupOut + rowBytes, laterRows.data(), rowBytes * (group - 1));
+            y += group - 1;
+            previous = groupOut + rowBytes * (group - 1);
+            continue;
+        }
         uint8_t* target = channels == 4 ? image.pixels.data() + y * rowBytes : rgbRows[y % 2].data();
         if (!png::unfilterRow(row[0], row + 1, previous, target, rowBytes, channels)) return std::nullopt;
         if (channels == 3) {

@@ -2,158 +2,123 @@
 // line on standard output or standard error, and the picture it leaves.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <zlib.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <algorithm>
 
 #include "JTK/imaging/ImageDifference.h"
 #include "JTK/imaging/PNG.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk::imaging;
-namespace fs = std::filesystem;
+using namespace testsupport;
 
 namespace {
 
-struct ToolRun {
-    int status;
-    std::string out, err;
-};
+std::string asText(const std::vector<uint8_t>& bytes) { return {bytes.begin(), bytes.end()}; }
 
-std::string readText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
+// The accepted picture of every case: 3x2, 8 bits.
+Image acceptedImage() {
+    Image accepted(3, 2);
+    for (size_t i = 0; i < accepted.pixels.size(); ++i) accepted.pixels[i] = uint8_t(i * 40);
+    return accepted;
 }
 
-void writeBytes(const fs::path& path, const std::vector<uint8_t>& bytes) {
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-}
-
-class JtkDiff : public testing::Test {
-protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() / ("jtk-diff-test-" + std::to_string(::getpid()));
-        fs::create_directories(folder_);
-        Image accepted(3, 2);
-        for (size_t i = 0; i < accepted.pixels.size(); ++i) accepted.pixels[i] = uint8_t(i * 40);
-        accepted_ = accepted;
-        writeBytes(path("a.png"), encodePNG(accepted));
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
-    std::string path(const std::string& name) const { return (folder_ / name).string(); }
-
-    ToolRun run(const std::string& arguments) const {
-        const char* binDir = std::getenv("JTK_BIN_DIR");
-        fs::path bin = binDir ? fs::path(binDir) : fs::read_symlink("/proc/self/exe").parent_path();
-        std::string command =
-            "'" + (bin / "jtk-diff").string() + "' " + arguments + " >'" + path("out") + "' 2>'" + path("err") + "'";
-        int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readText(path("out")), readText(path("err"))};
-    }
-
-    fs::path folder_;
-    Image accepted_;
-};
-
-TEST_F(JtkDiff, equalPixelsAnswerZero) {
-    fs::copy_file(path("a.png"), path("copy.png"));
-    Image16 wide(3, 2);  // the same pixels at 16 bits: other bytes, equal values
-    for (size_t i = 0; i < wide.pixels.size(); ++i) wide.pixels[i] = uint16_t(accepted_.pixels[i] * 257);
-    writeBytes(path("wide.png"), encodePNG(wide));
-    for (const char* other : {"copy.png", "wide.png"}) {
-        ToolRun result = run(path("a.png") + " " + path(other) + " " + path("d.png"));
-        EXPECT_EQ(result.status, 0) << other;
-        EXPECT_EQ(result.out, "0 pixels differ\n");
-        EXPECT_EQ(result.err, "");
-        EXPECT_FALSE(fs::exists(path("d.png"))) << "no picture when nothing differs";
-    }
-}
-
-TEST_F(JtkDiff, differencesAnswerOneAndWriteThePicture) {
-    Image changed = accepted_;
-    changed.pixel(2, 1)[3] ^= 1;  // alpha only
-    writeBytes(path("b.png"), encodePNG(changed));
-    ToolRun result = run(path("a.png") + " " + path("b.png") + " " + path("d.png"));
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "1 pixel differs\n");
-    auto picture = readText(path("d.png"));
-    EXPECT_EQ(decodePNG(std::vector<uint8_t>(picture.begin(), picture.end())), imageDifference(accepted_, changed));
-
-    Image wider(4, 2);
-    writeBytes(path("wide.png"), encodePNG(wider));
-    EXPECT_EQ(run(path("a.png") + " " + path("wide.png")).out, "6 pixels differ; sizes differ: 3x2 and 4x2\n");
-
-    Image16 deep(1, 1), deeper(1, 1);
-    deep.pixels = {0x1234, 0, 0, 0xffff};
-    deeper.pixels = {0x1235, 0, 0, 0xffff};  // only the low byte differs
-    writeBytes(path("deep.png"), encodePNG(deep));
-    writeBytes(path("deeper.png"), encodePNG(deeper));
-    ToolRun sixteen = run(path("deep.png") + " " + path("deeper.png"));
-    EXPECT_EQ(sixteen.status, 1);
-    EXPECT_EQ(sixteen.out, "1 pixel differs\n");
-}
-
-struct BadInput {
-    const char* name;
-    std::string arguments;  // A stands for a good PNG file, X for the bad one, D for the picture
-    std::string message;    // part of the one line on standard error
-};
-
-// Makes the bad file of each case from a good one.
-std::vector<uint8_t> badFile(const std::string& name, std::vector<uint8_t> good) {
-    if (name == "unwritablePicture") return encodePNG(Image(3, 2));  // differs, so a picture is due
+// The second file of each case, made from the accepted picture.
+std::vector<uint8_t> otherFile(const std::string& name) {
+    Image accepted = acceptedImage();
+    auto good = encodePNG(accepted);
+    Image16 wide = *decodePNG16(good);  // the same values at 16 bits
+    if (name == "equalValuesAt16Bits") return encodePNG(wide);
+    if (name == "alphaOnly") return accepted.pixel(2, 1)[3] ^= 1, encodePNG(accepted);
+    if (name == "onlyTheLowByteAt16Bits") return wide.pixel(1, 0)[0] += 1, encodePNG(wide);
+    if (name == "otherSize" || name == "noPictureAsked") return encodePNG(Image(4, 2));
+    if (name == "unwritablePicture" || name == "pictureOverAFolder") return encodePNG(Image(3, 2));  // differs, so a picture is due
     if (name == "notPNG" || name == "identicalButNotPNG") return {'h', 'e', 'l', 'l', 'o', '\n', 'x', 'y', 'z'};
     if (name == "empty") return {};
     if (name == "truncated") return std::vector<uint8_t>(good.begin(), good.begin() + long(good.size() / 2));
-    if (name == "badChecksum") {
-        good[good.size() - 20] ^= 0x40;  // inside the image data
-        return good;
-    }
+    if (name == "badChecksum") return good[good.size() - 20] ^= 0x40, good;  // inside the image data
     if (name == "unsupportedDepth") {  // RGB at 3 bits, with a right checksum
         good[24] = 3, good[25] = 2;
         uint32_t crc = uint32_t(crc32(0, good.data() + 12, 17));
         for (int i = 0; i < 4; ++i) good[29 + i] = uint8_t(crc >> (24 - 8 * i));
-        return good;
     }
     return good;
 }
 
-class JtkDiffBadInput : public JtkDiff, public testing::WithParamInterface<BadInput> {};
+struct Case {
+    const char* name;
+    std::string arguments;  // {good} the accepted file, {other} the case's file, {picture} the picture's path;
+                            // {unwritable} a path in a missing folder, {folder} a folder
+    int status;
+    std::string out;
+    std::string error;  // part of the one line on standard error, for status 2
+};
 
-TEST_P(JtkDiffBadInput, answersTwoWithOneLine) {
-    const BadInput& c = GetParam();
-    auto good = encodePNG(accepted_);
-    writeBytes(path("x.png"), badFile(c.name, good));
+class JtkDiff : public testing::TestWithParam<Case> {
+protected:
+    std::string path(const std::string& name) const { return (folder_.path / name).string(); }
+
+    ScratchFolder folder_;
+};
+
+// The picture, when the pixels differ, is the library's difference of the
+// two files as decoded at 16 bits (exact for 8-bit files too); nothing is
+// written otherwise, not even a temporary file.
+TEST_P(JtkDiff, answersWithStatusLineAndPicture) {
+    const Case& c = GetParam();
+    writeFile(path("a.png"), asText(encodePNG(acceptedImage())));
+    writeFile(path("o.png"), asText(otherFile(c.name)));
+    fs::create_directory(path("folder"));
     std::string arguments = c.arguments;
-    for (auto [letter, file] : {std::pair{'A', "a.png"}, {'X', "x.png"}, {'D', "no/such/folder/d.png"}}) {
-        for (size_t at; (at = arguments.find(letter)) != std::string::npos;) arguments.replace(at, 1, path(file));
+    for (auto [placeholder, file] :
+         {std::pair{"{good}", "a.png"}, {"{other}", "o.png"}, {"{picture}", "d.png"}, {"{unwritable}", "no/d.png"},
+          {"{folder}", "folder"}}) {
+        for (size_t at; (at = arguments.find(placeholder)) != std::string::npos;) {
+            arguments.replace(at, std::string(placeholder).size(), quoted(path(file)));
+        }
     }
-    ToolRun result = run(arguments);
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
-    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    std::string command = quoted((binDirectory() / "jtk-diff").string()) + " " + arguments + " >" +
+                          quoted(path("out")) + " 2>" + quoted(path("err"));
+    int status = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), c.status);
+    EXPECT_EQ(readFile(path("out")), c.out);
+    std::string error = readFile(path("err"));
+    if (c.status == 2) {
+        EXPECT_NE(error.find(c.error), std::string::npos) << error;
+        EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), 1) << error;
+    } else {
+        EXPECT_EQ(error, "");
+    }
+    bool pictureDue = c.status == 1 && c.arguments.find("{picture}") != std::string::npos;
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_.path), {}), pictureDue ? 6 : 5) << "files left";
+    if (pictureDue) {
+        auto expected = imageDifference(*decodePNG16(encodePNG(acceptedImage())), *decodePNG16(otherFile(c.name)));
+        std::string picture = readFile(path("d.png"));
+        EXPECT_EQ(decodePNG16(std::vector<uint8_t>(picture.begin(), picture.end())), expected);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, JtkDiffBadInput, testing::Values(
-    BadInput{"tooFewArguments", "A", "usage: jtk-diff ACCEPTED.png NEW.png [DIFF.png]"},
-    BadInput{"tooManyArguments", "A A A A", "usage: jtk-diff"},
-    BadInput{"missingFile", "A /nonexistent/n.png", "/nonexistent/n.png: No such file or directory"},
-    BadInput{"folder", "A /tmp", "/tmp: not a regular file"},
-    BadInput{"notPNG", "X A", "x.png: not a PNG file"},
-    BadInput{"empty", "A X", "x.png: empty file"},
-    BadInput{"truncated", "A X", "x.png: truncated PNG file"},
-    BadInput{"badChecksum", "X A", "x.png: corrupt PNG file: bad checksum in the IDAT chunk"},
-    BadInput{"identicalButNotPNG", "X X", "not a PNG file"},
-    BadInput{"unsupportedDepth", "A X", "unsupported bit depth 3 for PNG colour type 2"},
-    BadInput{"unwritablePicture", "A X D", "d.png: No such file or directory"}),
+INSTANTIATE_TEST_SUITE_P(Cases, JtkDiff, testing::Values(
+    Case{"byteIdentical", "{good} {other} {picture}", 0, "0 pixels differ\n", ""},
+    Case{"equalValuesAt16Bits", "{good} {other} {picture}", 0, "0 pixels differ\n", ""},
+    Case{"alphaOnly", "{good} {other} {picture}", 1, "1 pixel differs\n", ""},
+    Case{"onlyTheLowByteAt16Bits", "{good} {other} {picture}", 1, "1 pixel differs\n", ""},
+    Case{"otherSize", "{good} {other} {picture}", 1, "6 pixels differ; sizes differ: 3x2 and 4x2\n", ""},
+    Case{"noPictureAsked", "{good} {other}", 1, "6 pixels differ; sizes differ: 3x2 and 4x2\n", ""},
+    Case{"tooFewArguments", "{good}", 2, "", "usage: jtk-diff ACCEPTED.png NEW.png [DIFF.png]"},
+    Case{"tooManyArguments", "{good} {good} {good} {good}", 2, "", "usage: jtk-diff"},
+    Case{"missingFile", "{good} /nonexistent/n.png", 2, "", "/nonexistent/n.png: No such file or directory"},
+    Case{"folder", "{good} /tmp", 2, "", "/tmp: not a regular file"},
+    Case{"notPNG", "{other} {good} {picture}", 2, "", "o.png: not a PNG file"},
+    Case{"empty", "{good} {other}", 2, "", "o.png: empty file"},
+    Case{"truncated", "{good} {other} {picture}", 2, "", "o.png: truncated PNG file"},
+    Case{"badChecksum", "{other} {good}", 2, "", "o.png: corrupt PNG file: bad checksum in the IDAT chunk"},
+    Case{"identicalButNotPNG", "{other} {other}", 2, "", "not a PNG file"},
+    Case{"unsupportedDepth", "{good} {other}", 2, "", "unsupported bit depth 3 for PNG colour type 2"},
+    Case{"unwritablePicture", "{good} {other} {unwritable}", 2, "", "d.png: No such file or directory"},
+    Case{"pictureOverAFolder", "{good} {other} {folder}", 2, "", "folder: Is a directory"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
