@@ -3,9 +3,9 @@
 // in each of the three languages.
 #include "JTK/desktop/MenuItem.h"
 #include "JTK/desktop/StatusBar.h"
-#include "input/JTKKeyStrokes.h"
 #include "recorder/JTKRecorder.h"
 #include "tests/support/DesktopFixtures.h"
+#include "tests/support/PostedGestures.h"
 #include "tests/support/TestFiles.h"
 
 using namespace testsupport;
@@ -61,36 +61,14 @@ Point centre(const std::shared_ptr<desktop::View>& view) {
     return {rect.midX(), rect.midY()};
 }
 Point plus(Point p, double dx, double dy = 0) { return {p.x + dx, p.y + dy}; }
-void post(EventType type, Point at, int64_t clickState = 1) {
-    auto event = platform::createMouseEvent(platform::createEventSource(platform::EventSourceState::privateState), type,
-                                            desktop::WindowServer::eventPointFromScreenPoint(at), platform::MouseButton::left);
-    event->clickState = clickState;
-    platform::postEvent(platform::EventTap::hid, *event);
-}
-void press(Point at, int64_t clickState = 1) {
-    post(EventType::leftMouseDown, at, clickState);
-    post(EventType::leftMouseUp, at, clickState);
-}
-void key(uint16_t code, uint64_t flags = 0, const std::string& text = {}) {
-    auto source = platform::createEventSource(platform::EventSourceState::privateState);
-    for (bool down : {true, false}) {
-        auto event = platform::createKeyboardEvent(source, code, down);
-        event->flags = flags;
-        event->unicodeText = text;
-        platform::postEventToPid(::getpid(), *event);
-    }
-}
-void type(const std::string& text) {
-    for (const auto& character : jtkCharacters(text)) {
-        auto stroke = jtkKeyStrokeForCharacter(character);
-        key(stroke.keyCode, stroke.flags, stroke.unicodeText);
-    }
-}
+void press(Point at, int64_t clickState = 1) { pressAt(at, clickState); }
+void key(uint16_t code, uint64_t flags = 0) { pressKey(code, flags); }
+void type(const std::string& text) { typeCharacters(text); }
 void drag(Point from, double dx) {
-    post(EventType::leftMouseDown, from);
-    post(EventType::leftMouseDragged, from);
-    post(EventType::leftMouseDragged, plus(from, dx));
-    post(EventType::leftMouseUp, plus(from, dx));
+    postMouseAt(EventType::leftMouseDown, from);
+    postMouseAt(EventType::leftMouseDragged, from);
+    postMouseAt(EventType::leftMouseDragged, plus(from, dx));
+    postMouseAt(EventType::leftMouseUp, plus(from, dx));
 }
 
 struct CaptureCase {
@@ -240,21 +218,7 @@ protected:
         }
         return statements;
     }
-    // Runs the main loop until every event posted so far has been handled.
-    static void settle() {
-        bool seen = false;
-        auto app = desktop::Application::shared();
-        auto token = app->addLocalMonitorForEvents(platform::eventMaskBit(EventType::keyUp), [&](auto event) {
-            if (event->keyCode != 0xFFFE) return event;
-            seen = true;
-            return std::shared_ptr<platform::Event>{};
-        });
-        auto marker = platform::createKeyboardEvent(platform::createEventSource(platform::EventSourceState::privateState), 0xFFFE, false);
-        platform::postEventToPid(::getpid(), *marker);
-        for (int i = 0; i < 1000 && !seen; ++i) pumpMainLoop(0.01);
-        app->removeMonitor(token);
-        EXPECT_TRUE(seen);
-    }
+    static void settle() { EXPECT_TRUE(settleEvents()); }
     ScratchFolder folder;
 };
 

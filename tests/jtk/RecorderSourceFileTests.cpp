@@ -148,16 +148,6 @@ TEST(RecorderStatementLines, objcChainWithoutBracketChangesNothing) {
     EXPECT_EQ(recording.body(), "    plain;\n    [self rec:@__FILE__];\n");
 }
 
-TEST(RecorderStatementLines, doubleClickReplacesTheFirstPress) {
-    Recording recording(JTKDialect::cpp);
-    recording.source->insertStatement("typeText(\"x\");", false);
-    recording.source->insertStatement("element(\"A\").click();", false);
-    recording.source->removeLastStatement();
-    recording.source->insertStatement("element(\"A\").click({.doubleClick = true});", false);
-    EXPECT_EQ(recording.body(), "    typeText(\"x\");\n    element(\"A\").click({.doubleClick = true});\n    " +
-                                    std::string(jtkMarkerText(JTKDialect::cpp)) + "\n");
-}
-
 TEST(RecorderStatementLines, finishRemovesTheMarkerAndKeepsTheBraces) {
     Recording recording(JTKDialect::swift);
     recording.source->insertStatement("typeText(\"a\")", false);

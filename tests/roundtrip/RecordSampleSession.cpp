@@ -5,8 +5,6 @@
 // Sample ends in, in the form the replayed test file prints it.
 //
 //   RecordSampleSession template output [state-file]
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -15,11 +13,10 @@
 #include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/Menu.h"
-#include "JTK/desktop/RunLoop.h"
 #include "JTK/desktop/WindowServer.h"
 #include "SampleApp.h"
-#include "input/JTKKeyStrokes.h"
 #include "recorder/JTKRecorder.h"
+#include "tests/support/PostedGestures.h"
 
 namespace {
 
@@ -30,35 +27,14 @@ using platform::Point;
 // Screen points of the Sample's main window, whose content area starts at (100, 200).
 Point inWindow(double x, double y) { return {100 + x, 200 + y}; }
 
-void mouse(EventType type, Point at, int64_t clickState = 1, uint64_t flags = 0) {
-    auto source = platform::createEventSource(platform::EventSourceState::privateState);
-    auto event = platform::createMouseEvent(source, type, desktop::WindowServer::eventPointFromScreenPoint(at),
-                                            platform::MouseButton::left);
-    event->clickState = clickState;
-    event->flags = flags;
-    platform::postEvent(platform::EventTap::hid, *event);
-}
-void click(Point at, int64_t clickState = 1, uint64_t flags = 0) {
-    mouse(EventType::leftMouseDown, at, clickState, flags);
-    mouse(EventType::leftMouseUp, at, clickState, flags);
-}
-void key(uint16_t code, uint64_t flags = 0, const std::string& text = {}) {
-    auto source = platform::createEventSource(platform::EventSourceState::privateState);
-    for (bool down : {true, false}) {
-        auto event = platform::createKeyboardEvent(source, code, down);
-        event->flags = flags;
-        event->unicodeText = text;
-        platform::postEventToPid(::getpid(), *event);
-    }
-}
-void type(const std::string& text) {
-    for (const auto& character : jtkCharacters(text)) {
-        auto stroke = jtkKeyStrokeForCharacter(character);
-        key(stroke.keyCode, stroke.flags, stroke.unicodeText);
-    }
-}
+using testsupport::postMouseAt;
+using testsupport::pressKey;
+using testsupport::typeCharacters;
+void click(Point at, int64_t clickState = 1, uint64_t flags = 0) { testsupport::pressAt(at, clickState, flags); }
 // Lets the main loop handle everything posted so far (a menu tracks inside it).
-void settle() { desktop::RunLoop::main().runFor(0.2); }
+void settle() {
+    if (!testsupport::settleEvents()) std::fprintf(stderr, "RecordSampleSession: events were not handled\n");
+}
 
 void session() {
     Point add = inWindow(70, 425), open = inWindow(70, 385), select = inWindow(70, 345);
@@ -72,22 +48,22 @@ void session() {
     click(select, 1, platform::eventFlags::shift);
     settle();
     // The volume slider (x 20 to 220): pressed at 41, dragged to 121.
-    mouse(EventType::leftMouseDown, inWindow(41, 260));
-    for (double x = 42; x <= 121; x += 1) mouse(EventType::leftMouseDragged, inWindow(x, 260));
-    mouse(EventType::leftMouseUp, inWindow(121, 260));
+    postMouseAt(EventType::leftMouseDown, inWindow(41, 260));
+    for (double x = 42; x <= 121; x += 1) postMouseAt(EventType::leftMouseDragged, inWindow(x, 260));
+    postMouseAt(EventType::leftMouseUp, inWindow(121, 260));
     settle();
     // The colour pop-up opens below itself; Green is its second row.
     click(inWindow(95, 223));
     click(inWindow(40, 210 - desktop::Menu::rowHeight * 1.5));
     settle();
-    key(45, platform::eventFlags::command);  // command-N: New Document
+    pressKey(45, platform::eventFlags::command);  // command-N: New Document
     settle();
     click(inWindow(98, 300));  // the first name field, off its centre
     settle();
-    type("Ada \"Countess\" \\ \xF0\x9F\x98\x80");
-    key(48);  // Tab: on to the last name
-    type("Lovelace");
-    key(36);  // Return
+    typeCharacters("Ada \"Countess\" \\ \xF0\x9F\x98\x80");
+    pressKey(48);  // Tab: on to the last name
+    typeCharacters("Lovelace");
+    pressKey(36);  // Return
     settle();
 }
 
