@@ -211,3 +211,12 @@ void FieldEditor::keyDown(const platform::Event& event) {
 }
 
 }  // namespace jtk::desktop
+
+namespace jtk::platform {
+
+std::optional<std::string> textObjectString(const Object& object) {
+    if (const auto* editor = dynamic_cast<const desktop::FieldEditor*>(&object)) return editor->string();
+    return std::nullopt;
+}
+
+}  // namespace jtk::platform

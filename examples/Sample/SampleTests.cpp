@@ -21,6 +21,9 @@ JTK_PROVIDER(jtkScreenshotsPath) {
 JTK_PROVIDER(jtkUserDefaultsPath) { return sourceFolder + "/TestDefaults.plist"; }
 JTK_PROVIDER(jtkLaunchShellCommands) { return jtk::platform::ValueList{"echo Sample test data installed"}; }
 JTK_PROVIDER(jtkTeardownShellCommands) { return jtk::platform::ValueList{"echo Sample tests finished"}; }
+// This file: the status item's "Record UX Test" records a person's session
+// into it as a new test, right after this line.
+JTK_PROVIDER(jtkThisFilePath) { return __FILE__; }
 
 // The first tests check what the application shows at launch; the last one
 // looks at the whole application after everything else has run.
@@ -74,7 +77,7 @@ JTK_TEST(testFindsViewsEveryWay) {
     auto boxes = elementsWhere(jtk::JTKClass{"Box"}, "Dark mode");
     JTK_CHECK_EQ(boxes.size(), 1u);
     JTK_CHECK_EQ(boxes[0].title(), "Settings");
-    JTK_CHECK_EQ(appWindows().size(), 2u);
+    JTK_CHECK_EQ(appWindows().size(), 3u);  // with the status item's window
     auto status = element("Status");
     JTK_CHECK_EQ(status.value(), "Ready");
     JTK_CHECK(status.modelOject() != nullptr);

@@ -17,6 +17,8 @@ public:
     // text, its argument values, and whether it chains onto the previous statement.
     virtual void record(const JTKElement* element, const std::string& signature,
                         const std::vector<JTKStringConvertable>& arguments, bool chained) = 0;
+    // Ends the recording: no more events are watched and nothing more is written.
+    virtual void stop() {}
 };
 
 }  // namespace jtk

@@ -37,6 +37,11 @@ public:
     static std::shared_ptr<JTKTestRecorder> recorder();
     static void setRecorder(std::shared_ptr<JTKTestRecorder> recorder);
     static bool recording();
+    // Records into the test source file until the recording is stopped (from
+    // the status item, or by another rec): stops a recording under way,
+    // starts one on the file and waits for it to end. A C++ recording method
+    // needs no call: the status item starts its recording.
+    static void rec(const std::string& filePath);
     static std::string jtkTestVersion();
     // The trust poll's tick.
     static void requestTimer();

@@ -50,7 +50,8 @@ public:
     uint64_t addLocalMonitorForEvents(uint64_t eventMask, platform::EventMonitorHandler handler) override;
     void removeMonitor(uint64_t token) override;
     // Passes the event through the monitors whose mask holds its type, in the
-    // order they were added; null when one of them swallowed it.
+    // order they were added; null when one of them swallowed it. The event
+    // routing leaves out the mouse events that a tracking menu takes.
     std::shared_ptr<platform::Event> runMonitors(std::shared_ptr<platform::Event> event);
 
     // Activates and runs the main run loop in the default mode until

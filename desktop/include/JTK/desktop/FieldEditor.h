@@ -13,6 +13,7 @@
 #include <string>
 
 #include "JTK/desktop/View.h"
+#include "JTK/platform/Text.h"
 
 namespace jtk::desktop {
 
@@ -20,8 +21,8 @@ class TextField;
 class Window;
 
 inline constexpr const char* textDidBeginEditingNotification = "TextDidBeginEditingNotification";
-inline constexpr const char* textDidChangeNotification = "TextDidChangeNotification";
-inline constexpr const char* textDidEndEditingNotification = "TextDidEndEditingNotification";
+inline constexpr const char* textDidChangeNotification = platform::textDidChangeNotification;
+inline constexpr const char* textDidEndEditingNotification = platform::textDidEndEditingNotification;
 
 class FieldEditor : public View {
 public:

@@ -76,6 +76,7 @@ public:
     // The view that receives key events: null when the window itself has
     // them, or when the responder has left the window.
     std::shared_ptr<View> firstResponder() const;
+    std::shared_ptr<platform::Object> firstResponderObject() const override { return firstResponder(); }
     // A view in this window that accepts (and whose current responder lets
     // go) becomes first responder; null hands the keys back to the window.
     bool makeFirstResponder(const std::shared_ptr<View>& view);

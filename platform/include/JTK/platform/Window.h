@@ -28,6 +28,8 @@ public:
     virtual void close() = 0;
     virtual bool isVisible() const = 0;
     virtual bool isKeyWindow() const = 0;
+    // The object that receives the window's key events; none when the window itself does.
+    virtual std::shared_ptr<Object> firstResponderObject() const = 0;
 };
 
 }  // namespace jtk::platform

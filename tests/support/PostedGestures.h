@@ -1,0 +1,67 @@
+// A person's gestures as window-server events, for the recorder's tests:
+// presses at screen points with their click state and flags, keys with the
+// text they type, typed text as the framework types it.
+#pragma once
+
+#include <unistd.h>
+
+#include <string>
+
+#include "JTK/desktop/Application.h"
+#include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/WindowServer.h"
+#include "JTK/platform/Events.h"
+#include "input/JTKKeyStrokes.h"
+
+namespace testsupport {
+
+inline void postMouseAt(jtk::platform::EventType type, jtk::platform::Point screenPoint, int64_t clickState = 1,
+                        uint64_t flags = 0) {
+    auto source = jtk::platform::createEventSource(jtk::platform::EventSourceState::privateState);
+    auto event = jtk::platform::createMouseEvent(source, type, jtk::desktop::WindowServer::eventPointFromScreenPoint(screenPoint),
+                                                 jtk::platform::MouseButton::left);
+    event->clickState = clickState;
+    event->flags = flags;
+    jtk::platform::postEvent(jtk::platform::EventTap::hid, *event);
+}
+inline void pressAt(jtk::platform::Point screenPoint, int64_t clickState = 1, uint64_t flags = 0) {
+    postMouseAt(jtk::platform::EventType::leftMouseDown, screenPoint, clickState, flags);
+    postMouseAt(jtk::platform::EventType::leftMouseUp, screenPoint, clickState, flags);
+}
+inline void pressKey(uint16_t code, uint64_t flags = 0, const std::string& text = {}) {
+    auto source = jtk::platform::createEventSource(jtk::platform::EventSourceState::privateState);
+    for (bool down : {true, false}) {
+        auto event = jtk::platform::createKeyboardEvent(source, code, down);
+        event->flags = flags;
+        event->unicodeText = text;
+        jtk::platform::postEventToPid(::getpid(), *event);
+    }
+}
+inline void typeCharacters(const std::string& text) {
+    for (const auto& character : jtk::jtkCharacters(text)) {
+        auto stroke = jtk::jtkKeyStrokeForCharacter(character);
+        pressKey(stroke.keyCode, stroke.flags, stroke.unicodeText);
+    }
+}
+
+// Runs the main loop (on the main thread) until every event posted so far
+// has been handled: a marker key follows them and a monitor swallows it.
+// False when that takes more than 10 seconds.
+inline bool settleEvents() {
+    constexpr uint16_t markerKey = 0xFFFE;
+    bool seen = false;
+    auto application = jtk::desktop::Application::shared();
+    auto token = application->addLocalMonitorForEvents(jtk::platform::eventMaskBit(jtk::platform::EventType::keyUp),
+                                                       [&](auto event) {
+                                                           if (event->keyCode != markerKey) return event;
+                                                           seen = true;
+                                                           return std::shared_ptr<jtk::platform::Event>{};
+                                                       });
+    auto source = jtk::platform::createEventSource(jtk::platform::EventSourceState::privateState);
+    jtk::platform::postEventToPid(::getpid(), *jtk::platform::createKeyboardEvent(source, markerKey, false));
+    for (int i = 0; i < 1000 && !seen; ++i) jtk::desktop::RunLoop::main().runFor(0.01);
+    application->removeMonitor(token);
+    return seen;
+}
+
+}  // namespace testsupport
