@@ -1,32 +1,15 @@
 // The renderer: every view kind in one window, drawn twice and built twice,
 // gives the same pixels and PNG bytes; captures have the bounds' size and
 // show what is there; and the user's font settings change nothing.
-#include "tests/support/DesktopFixtures.h"
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include "JTK/desktop/FieldEditor.h"
-#include "JTK/desktop/Menu.h"
-#include "JTK/desktop/RunLoop.h"
-#include "JTK/desktop/WindowServer.h"
-#include "JTK/desktop/controls/Box.h"
-#include "JTK/desktop/controls/Button.h"
 #include "JTK/desktop/controls/ImageView.h"
-#include "JTK/desktop/controls/Label.h"
-#include "JTK/desktop/controls/PopUpButton.h"
-#include "JTK/desktop/controls/ScrollView.h"
-#include "JTK/desktop/controls/Slider.h"
-#include "JTK/desktop/controls/TextField.h"
 #include "JTK/desktop/render/Rendering.h"
 #include "JTK/imaging/PNG.h"
 #include "run/JTKShell.h"
-#include "JTK/platform/Dispatch.h"
+#include "tests/support/DesktopFixtures.h"
+#include "tests/support/TestFiles.h"
 
-namespace fs = std::filesystem;
-using platform::Rect;
+using namespace testsupport;
 
 namespace {
 
@@ -38,24 +21,24 @@ struct Scene {
 // One of every view kind, a field being edited with a selection, a pressed
 // default button and a scrolled list.
 Scene buildScene() {
-    auto window = testsupport::makeWindow({40, 60, 360, 260}, "Scene");
+    auto window = makeWindow({40, 60, 360, 260}, "Scene");
     auto content = window->desktopContentView();
-    auto label = testsupport::addView<desktop::Label>(content, Rect{10, 226, 300, 24}, "A label with text");
-    auto ok = testsupport::addView<desktop::Button>(content, Rect{10, 190, 100, 30}, "OK");
+    auto label = addView<desktop::Label>(content, Rect{10, 226, 300, 24}, "A label with text");
+    auto ok = addView<desktop::Button>(content, Rect{10, 190, 100, 30}, "OK");
     ok->setKeyEquivalent("\r");
-    auto check = testsupport::addView<desktop::Button>(content, Rect{120, 190, 120, 30}, "Check",
+    auto check = addView<desktop::Button>(content, Rect{120, 190, 120, 30}, "Check",
                                                        desktop::Button::Type::checkbox);
     check->setState(1);
-    auto field = testsupport::addView<desktop::TextField>(content, Rect{10, 156, 200, 24}, "editable");
-    testsupport::addView<desktop::Slider>(content, Rect{10, 126, 200, 20}, 0, 10, 7);
-    auto popUp = testsupport::addView<desktop::PopUpButton>(content, Rect{220, 150, 130, 26});
+    auto field = addView<desktop::TextField>(content, Rect{10, 156, 200, 24}, "editable");
+    addView<desktop::Slider>(content, Rect{10, 126, 200, 20}, 0, 10, 7);
+    auto popUp = addView<desktop::PopUpButton>(content, Rect{220, 150, 130, 26});
     popUp->addItemWithTitle("First");
-    auto box = testsupport::addView<desktop::Box>(content, Rect{220, 10, 130, 130}, "Box");
-    testsupport::addView<desktop::ImageView>(box, Rect{10, 10, 48, 48}, "/nonexistent.png");
-    auto list = testsupport::addView<desktop::ScrollView>(content, Rect{10, 10, 200, 100});
+    auto box = addView<desktop::Box>(content, Rect{220, 10, 130, 130}, "Box");
+    addView<desktop::ImageView>(box, Rect{10, 10, 48, 48}, "/nonexistent.png");
+    auto list = addView<desktop::ScrollView>(content, Rect{10, 10, 200, 100});
     auto rows = std::make_shared<desktop::View>(Rect{0, 0, 184, 300});
     for (int i = 0; i < 10; ++i)
-        testsupport::addView<desktop::Button>(rows, Rect{0, 270.0 - 30 * i, 184, 30}, "Row " + std::to_string(i));
+        addView<desktop::Button>(rows, Rect{0, 270.0 - 30 * i, 184, 30}, "Row " + std::to_string(i));
     list->setDocumentView(rows);
     list->scroll({0, 120});
     field->beginEditing();
@@ -69,14 +52,7 @@ std::vector<uint8_t> png(const std::optional<imaging::Image>& image) {
 
 }  // namespace
 
-class Render : public testing::Test {
-protected:
-    void SetUp() override {
-        desktop::RunLoop::main().adoptCurrentThreadAsMain();
-        testsupport::closeAllWindows();
-    }
-    void TearDown() override { testsupport::closeAllWindows(); }
-};
+using Render = DesktopTest;
 
 TEST_F(Render, theSameTreeGivesTheSamePixelsAndBytes) {
     auto first = buildScene();
@@ -89,7 +65,7 @@ TEST_F(Render, theSameTreeGivesTheSamePixelsAndBytes) {
     EXPECT_EQ(png(desktop::renderView(*content)), bytes);
     EXPECT_EQ(png(desktop::renderScreen()), png(desktop::renderScreen()));
 
-    testsupport::closeAllWindows();
+    closeAllWindows();
     auto second = buildScene();
     EXPECT_EQ(png(desktop::renderView(*second.window->desktopContentView())), bytes) << "a tree built anew";
 }
@@ -169,14 +145,12 @@ TEST_F(Render, anOpenMenuShowsItsRowsAndTheHighlight) {
 TEST_F(Render, DISABLED_writesTheSceneForAChildProcess) {
     auto scene = buildScene();
     auto bytes = png(desktop::renderView(*scene.window->desktopContentView()));
-    std::ofstream(std::getenv("RENDER_SCENE_FILE"), std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    writeFile(std::getenv("RENDER_SCENE_FILE"), std::string(bytes.begin(), bytes.end()));
 }
 
 TEST_F(Render, theUsersFontSettingsChangeNothing) {
-    char pattern[] = "/tmp/jtk-render-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    fs::path folder = pattern;
+    ScratchFolder scratch;
+    const fs::path& folder = scratch.path;
     // Full hinting, subpixel colour, no antialiasing and serif for sans.
     std::ofstream(folder / "fonts.conf") << R"(<?xml version="1.0"?>
 <fontconfig>
@@ -189,17 +163,12 @@ TEST_F(Render, theUsersFontSettingsChangeNothing) {
   </match>
 </fontconfig>
 )";
-    auto quoted = [](const fs::path& path) { return "'" + path.string() + "'"; };
     auto result = jtk::runShellCommand(
         "FONTCONFIG_FILE=" + quoted(folder / "fonts.conf") + " HOME=" + quoted(folder) +
         " XDG_CONFIG_HOME=" + quoted(folder) + " RENDER_SCENE_FILE=" + quoted(folder / "scene.png") + " " +
         quoted(fs::read_symlink("/proc/self/exe")) +
         " --gtest_also_run_disabled_tests --gtest_filter=Render.DISABLED_writesTheSceneForAChildProcess");
     ASSERT_EQ(result.status, 0) << testing::PrintToString(result.outputLines);
-    std::ifstream in(folder / "scene.png", std::ios::binary);
-    std::vector<uint8_t> child{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    fs::remove_all(folder);
-
-    auto scene = buildScene();
-    EXPECT_EQ(child, png(desktop::renderView(*scene.window->desktopContentView())));
+    auto bytes = png(desktop::renderView(*buildScene().window->desktopContentView()));
+    EXPECT_EQ(readFile(folder / "scene.png"), std::string(bytes.begin(), bytes.end()));
 }

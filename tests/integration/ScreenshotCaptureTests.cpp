@@ -2,26 +2,17 @@
 // temporary screenshot root: the first capture stores, the second of the same
 // window writes nothing, a changed view lands in temp, and folders or files
 // that cannot be written are reported while the other views go on.
-#include "tests/support/DesktopFixtures.h"
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <map>
 
-#include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/ProcessInfo.h"
-#include "JTK/desktop/RunLoop.h"
-#include "JTK/desktop/controls/Box.h"
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/desktop/controls/Label.h"
-#include "JTK/desktop/controls/TextField.h"
 #include "screenshots/JTKScreenshotCapture.h"
 #include "screenshots/JTKScreenshotNames.h"
+#include "tests/support/DesktopFixtures.h"
+#include "tests/support/TestFiles.h"
 
-namespace fs = std::filesystem;
+using namespace testsupport;
 
 namespace {
 
@@ -37,10 +28,8 @@ Tree treeOf(const fs::path& folder) {
     Tree tree;
     if (!fs::exists(folder)) return tree;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (!entry.is_regular_file()) continue;
-        std::ifstream in(entry.path(), std::ios::binary);
-        tree[fs::relative(entry.path(), folder).string()] = {
-            {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()}, entry.last_write_time()};
+        if (entry.is_regular_file())
+            tree[fs::relative(entry.path(), folder).string()] = {readFile(entry.path()), entry.last_write_time()};
     }
     return tree;
 }
@@ -55,39 +44,33 @@ std::vector<std::string> namesIn(const fs::path& folder) {
 
 }  // namespace
 
-class ScreenshotCapture : public testing::Test {
+class ScreenshotCapture : public DesktopTest {
 protected:
     void SetUp() override {
-        desktop::RunLoop::main().adoptCurrentThreadAsMain();
-        testsupport::closeAllWindows();
+        DesktopTest::SetUp();
         // Small views must count: the threshold comes from the launch arguments.
         static char program[] = "integration_tests", threshold[] = "fileSizeThresh=300";
         static char* arguments[] = {program, threshold};
         desktop::setProcessArguments(2, arguments);
         ASSERT_EQ(fileSizeThreshold(), 300) << "the threshold was read before this fixture set it";
 
-        char pattern[] = "/tmp/jtk-screenshots-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        root = pattern;
         JTKTestSuite::setJtkScreenshotsURL(root);
         testFolder = root / JTKTestSuite::jtkTestVersion() / "Small";
         JTKScreenshotCapture::resetCounts();
 
-        window = testsupport::makeWindow({100, 100, 320, 160}, "Small");
+        window = makeWindow({100, 100, 320, 160}, "Small");
         auto content = window->desktopContentView();
-        box = testsupport::addView<desktop::Box>(content, platform::Rect{10, 10, 300, 90}, "Options");
-        label = testsupport::addView<desktop::Label>(box, platform::Rect{10, 40, 200, 24}, "Hello there");
-        testsupport::addView<desktop::Button>(box, platform::Rect{10, 8, 120, 30}, "Apply");
-        testsupport::addView<desktop::TextField>(content, platform::Rect{10, 120, 200, 24}, "typed text");
-        tiny = testsupport::addView<desktop::View>(content, platform::Rect{250, 120, 4, 4});
+        box = add<desktop::Box>(content, Rect{10, 10, 300, 90}, "Options");
+        label = add<desktop::Label>(box, Rect{10, 40, 200, 24}, "Hello there");
+        add<desktop::Button>(box, Rect{10, 8, 120, 30}, "Apply");
+        add<desktop::TextField>(content, Rect{10, 120, 200, 24}, "typed text");
+        tiny = add<desktop::View>(content, Rect{250, 120, 4, 4});
     }
 
     void TearDown() override {
-        testsupport::closeAllWindows();
         desktop::setProcessArguments(0, nullptr);
         JTKTestSuite::setJtkScreenshotsURL(std::nullopt);
-        std::error_code error;
-        fs::remove_all(root, error);
+        DesktopTest::TearDown();
     }
 
     // Captures as a test run does; returns the lines printed meanwhile.
@@ -97,7 +80,8 @@ protected:
         return testing::internal::GetCapturedStdout();
     }
 
-    fs::path root, testFolder;
+    ScratchFolder scratch;
+    fs::path root = scratch.path, testFolder;
     std::shared_ptr<desktop::Window> window;
     std::shared_ptr<desktop::Box> box;
     std::shared_ptr<desktop::Label> label;
@@ -141,7 +125,7 @@ TEST_F(ScreenshotCapture, storesOnceMatchesAfterwardsAndFilesAChangedViewInTemp)
 TEST_F(ScreenshotCapture, unwritableFoldersAndFilesAreReportedAndTheLoopGoesOn) {
     // A file where the version folder should be: no folder can be made.
     fs::create_directories(root);
-    std::ofstream(root / JTKTestSuite::jtkTestVersion()) << "in the way";
+    writeFile(root / JTKTestSuite::jtkTestVersion(), "in the way");
     std::string lines = capture();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 5) << lines;
     EXPECT_NE(lines.find("Could not create the folder \"" + testFolder.string() + "\": "), std::string::npos) << lines;
@@ -162,8 +146,8 @@ TEST_F(ScreenshotCapture, twoViewsWithOneFileNameMeetInTheStore) {
     // Same text, place and size: one file name. The later view in walk order
     // is compared with the file the earlier one left, and differs.
     auto content = window->desktopContentView();
-    auto twin = testsupport::addView<desktop::Label>(content, platform::Rect{250, 40, 60, 24}, "Twin");
-    auto other = testsupport::addView<desktop::Label>(content, platform::Rect{250, 40, 60, 24}, "Twin");
+    auto twin = add<desktop::Label>(content, Rect{250, 40, 60, 24}, "Twin");
+    auto other = add<desktop::Label>(content, Rect{250, 40, 60, 24}, "Twin");
     other->setEnabled(false);
     ASSERT_EQ(screenshotFileName(twin), screenshotFileName(other));
     capture();
