@@ -78,6 +78,11 @@ void RunLoop::enqueueEvent(std::shared_ptr<platform::Event> event) {
     wake_.notify_all();
 }
 
+bool RunLoop::hasPendingEvents() const {
+    std::lock_guard lock(mutex_);
+    return !events_.empty();
+}
+
 bool RunLoop::runOneTask() {
     std::function<void()> task;
     {
@@ -86,6 +91,7 @@ bool RunLoop::runOneTask() {
         task = std::move(tasks_.front());
         tasks_.pop_front();
     }
+    workCount_.fetch_add(1, std::memory_order_relaxed);
     task();
     return true;
 }
@@ -107,6 +113,7 @@ bool RunLoop::fireOneTimer(RunLoopMode mode) {
             due->valid = false;
         }
     }
+    workCount_.fetch_add(1, std::memory_order_relaxed);
     due->fire(*due);
     return true;
 }
@@ -121,6 +128,7 @@ bool RunLoop::dispatchOneEvent() {
         events_.pop_front();
         handler = eventHandler_;
     }
+    workCount_.fetch_add(1, std::memory_order_relaxed);
     if (handler) handler(std::move(event));
     return true;
 }

@@ -4,7 +4,9 @@
 // work still reaches the main thread meanwhile.
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -55,6 +57,12 @@ public:
     // Makes a waiting loop look at its predicate again (any thread).
     void wakeUp() { perform([] {}); }
     std::optional<RunLoopMode> currentMode() const;
+    // How many pieces of work (tasks, timer fires, events) the loop has
+    // started, in any mode: a loop whose count has not moved has changed
+    // nothing on screen. Main thread.
+    uint64_t workCount() const { return workCount_.load(std::memory_order_relaxed); }
+    // Whether events wait in the application's queue (any thread).
+    bool hasPendingEvents() const;
 
     static Clock::duration toDuration(double seconds) {
         return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
@@ -83,6 +91,7 @@ private:
         bool stopped = false;
     };
     std::vector<Level*> levels_;
+    std::atomic<uint64_t> workCount_{0};
 };
 
 }  // namespace jtk::desktop
