@@ -97,14 +97,18 @@ bool isCloseRequest(const SDL_Event& event) {
     return event.type == SDL_QUIT || (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_CLOSE);
 }
 
+// Closing the window is quitting: the application's run ends.
+void close(ViewerState& viewer) {
+    viewer.closeRequested = true;
+    Application::shared()->terminate(0);
+}
+
 void handOverInput(ViewerState& viewer) {
     SDL_Event event;
     while (SDL_PollEvent(&event)) {
         if (viewer.closeRequested) continue;
         if (isCloseRequest(event)) {
-            // Closing the window is quitting: the application's run ends.
-            viewer.closeRequested = true;
-            Application::shared()->terminate(0);
+            close(viewer);
         } else if (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_EXPOSED) {
             viewer.window->refresh();
         } else {
@@ -117,6 +121,7 @@ void tick() {
     auto& viewer = viewerState();
     if (!viewer.window) return;
     handOverInput(viewer);
+    if (!viewer.closeRequested && viewer.window->isLost()) close(viewer);
     if (viewer.closeRequested) return;
     auto& loop = RunLoop::main();
     // This tick is one piece of work; anything beyond it may have changed the screen.

@@ -1,8 +1,11 @@
 #include "viewer/ViewerWindow.h"
 
 #include <SDL.h>
+#include <SDL_syswm.h>
+#include <dlfcn.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 
 namespace jtk::desktop {
@@ -21,6 +24,64 @@ bool displayAvailable(std::string& failure) {
     failure = "DISPLAY is not set";
     return false;
 }
+
+// Xlib ends the process on any protocol error unless a handler says
+// otherwise, and a window destroyed from outside (a tool, a failing window
+// manager) makes every later request for it one. The viewer's windows are
+// the only ones of the process, so an error naming a window or drawable that
+// is gone marks the viewer's window lost; other errors go on to the handler
+// before. Xlib is looked up in the process rather than linked, as SDL may
+// load it itself. Main thread.
+namespace xlib {
+std::atomic<bool> watching{false};
+std::atomic<bool> windowLost{false};
+XErrorHandler previousHandler = nullptr;
+XErrorHandler (*setErrorHandler)(XErrorHandler) = nullptr;
+int (*sync)(Display*, Bool) = nullptr;
+Display* display = nullptr;
+
+int onError(Display* display, XErrorEvent* error) {
+    if (watching && (error->error_code == BadWindow || error->error_code == BadDrawable)) {
+        windowLost = true;
+        return 0;
+    }
+    return previousHandler ? previousHandler(display, error) : 0;
+}
+
+void watch(SDL_Window* window) {
+    SDL_SysWMinfo info;
+    SDL_VERSION(&info.version);
+    if (!SDL_GetWindowWMInfo(window, &info) || info.subsystem != SDL_SYSWM_X11) return;
+    void* library = dlopen("libX11.so.6", RTLD_NOW | RTLD_NOLOAD);
+    if (!library) return;
+    setErrorHandler = reinterpret_cast<XErrorHandler (*)(XErrorHandler)>(dlsym(library, "XSetErrorHandler"));
+    sync = reinterpret_cast<int (*)(Display*, Bool)>(dlsym(library, "XSync"));
+    dlclose(library);  // SDL holds it loaded
+    if (!setErrorHandler || !sync) {
+        setErrorHandler = nullptr;
+        return;
+    }
+    display = info.info.x11.display;
+    windowLost = false;
+    watching = true;
+    previousHandler = setErrorHandler(onError);
+}
+
+// Lets the errors of requests made so far reach the handler, while it is ours
+// (SDL puts its own back before it closes the display).
+void collectErrors() {
+    if (setErrorHandler && display) sync(display, False);
+}
+
+// After the display is closed: the handler before comes back.
+void stopWatching() {
+    if (!setErrorHandler) return;
+    setErrorHandler(previousHandler);
+    setErrorHandler = nullptr;
+    display = nullptr;
+    watching = false;
+}
+}  // namespace xlib
 
 }  // namespace
 
@@ -45,14 +106,17 @@ std::unique_ptr<ViewerWindow> ViewerWindow::open(const std::string& title, uint3
         return nullptr;
     }
     SDL_StartTextInput();
+    xlib::watch(window);
     return std::unique_ptr<ViewerWindow>(new ViewerWindow(window));
 }
 
 ViewerWindow::~ViewerWindow() {
     SDL_StopTextInput();
     SDL_DestroyWindow(window_);
+    xlib::collectErrors();
     SDL_QuitSubSystem(SDL_INIT_VIDEO);
     SDL_Quit();
+    xlib::stopWatching();
 }
 
 bool ViewerWindow::present(const imaging::Image& picture, uint32_t firstRow, uint32_t endRow) {
@@ -81,6 +145,6 @@ bool ViewerWindow::present(const imaging::Image& picture, uint32_t firstRow, uin
 
 void ViewerWindow::refresh() { SDL_UpdateWindowSurface(window_); }
 
-uint32_t ViewerWindow::windowID() const { return SDL_GetWindowID(window_); }
+bool ViewerWindow::isLost() const { return xlib::windowLost; }
 
 }  // namespace jtk::desktop

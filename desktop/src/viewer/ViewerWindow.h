@@ -29,7 +29,8 @@ public:
     bool present(const imaging::Image& picture, uint32_t firstRow, uint32_t endRow);
     // Shows the last picture again (after the window was uncovered).
     void refresh();
-    uint32_t windowID() const;
+    // Whether the window system took the window away (destroyed from outside).
+    bool isLost() const;
 
 private:
     explicit ViewerWindow(SDL_Window* window) : window_(window) {}
