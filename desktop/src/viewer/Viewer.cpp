@@ -53,9 +53,10 @@ struct ViewerState {
     std::filesystem::path frameFile;
 };
 
-// Main thread only, like SDL.
+// Main thread only, like SDL. Never destroyed: an exit on another thread
+// must not make SDL calls; the window goes with the process.
 ViewerState& viewerState() {
-    static ViewerState state;
+    static ViewerState& state = *new ViewerState;
     return state;
 }
 
@@ -98,7 +99,7 @@ bool isCloseRequest(const SDL_Event& event) {
 }
 
 // Closing the window is quitting: the application's run ends.
-void close(ViewerState& viewer) {
+void quit(ViewerState& viewer) {
     viewer.closeRequested = true;
     Application::shared()->terminate(0);
 }
@@ -108,7 +109,7 @@ void handOverInput(ViewerState& viewer) {
     while (SDL_PollEvent(&event)) {
         if (viewer.closeRequested) continue;
         if (isCloseRequest(event)) {
-            close(viewer);
+            quit(viewer);
         } else if (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_EXPOSED) {
             viewer.window->refresh();
         } else {
@@ -121,7 +122,7 @@ void tick() {
     auto& viewer = viewerState();
     if (!viewer.window) return;
     handOverInput(viewer);
-    if (!viewer.closeRequested && viewer.window->isLost()) close(viewer);
+    if (!viewer.closeRequested && viewer.window->isLost()) quit(viewer);
     if (viewer.closeRequested) return;
     auto& loop = RunLoop::main();
     // This tick is one piece of work; anything beyond it may have changed the screen.
