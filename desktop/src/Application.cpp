@@ -95,8 +95,9 @@ std::shared_ptr<platform::Event> Application::runMonitors(std::shared_ptr<platfo
 
 int Application::run() {
     activateIgnoringOtherApps(true);
-    // A viewer asked for by the launch lives as long as this run.
-    bool viewerAttachedHere = !isViewerAttached() && attachViewerIfRequested();
+    // A viewer asked for by the launch lives as long as this run (none for a
+    // run that ends at once).
+    bool viewerAttachedHere = !terminating_ && !isViewerAttached() && attachViewerIfRequested();
     auto& loop = RunLoop::main();
     loop.runMode(RunLoopMode::defaultMode, std::nullopt, [this] { return terminating_.load(); });
     if (viewerAttachedHere) detachViewer();

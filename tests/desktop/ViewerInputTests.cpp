@@ -54,28 +54,26 @@ SDL_Event text(const char* characters) {
 
 // One desktop event as a short line: type, then only what is set.
 std::string describe(const platform::Event& e) {
-    static const std::map<EventType, std::string> names{
+    static const std::map<EventType, const char*> names{
         {EventType::leftMouseDown, "leftDown"}, {EventType::leftMouseUp, "leftUp"},
         {EventType::rightMouseDown, "rightDown"}, {EventType::rightMouseUp, "rightUp"},
         {EventType::mouseMoved, "moved"}, {EventType::leftMouseDragged, "dragged"},
         {EventType::keyDown, "keyDown"}, {EventType::keyUp, "keyUp"},
         {EventType::flagsChanged, "flags"}, {EventType::scrollWheel, "wheel"}};
-    char line[160];
-    std::snprintf(line, sizeof line, "%s", names.at(e.type).c_str());
-    std::string out = line;
-    bool isKey = e.type == EventType::keyDown || e.type == EventType::keyUp;
-    if (!isKey && e.type != EventType::flagsChanged) {
-        std::snprintf(line, sizeof line, " %g,%g", e.location.x, e.location.y);
-        out += line;
-    }
-    if (isKey) out += " key=" + std::to_string(e.keyCode);
-    if (e.clickState) out += " clicks=" + std::to_string(e.clickState);
+    std::string out = names.at(e.type);
+    auto add = [&](const char* format, auto... values) {
+        char text[64];
+        std::snprintf(text, sizeof text, format, values...);
+        out += text;
+    };
+    if (e.type == EventType::keyDown || e.type == EventType::keyUp)
+        add(" key=%d", e.keyCode);
+    else if (e.type != EventType::flagsChanged)
+        add(" %g,%g", e.location.x, e.location.y);
+    if (e.clickState) add(" clicks=%lld", static_cast<long long>(e.clickState));
     if (e.button == platform::MouseButton::right) out += " right";
-    if (e.scrollDeltaY != 0) out += " dy=" + std::to_string(int(e.scrollDeltaY));
-    if (e.flags) {
-        std::snprintf(line, sizeof line, " flags=%llx", static_cast<unsigned long long>(e.flags));
-        out += line;
-    }
+    if (e.scrollDeltaY != 0) add(" dy=%g", e.scrollDeltaY);
+    if (e.flags) add(" flags=%llx", static_cast<unsigned long long>(e.flags));
     if (!e.unicodeText.empty()) out += " text=" + e.unicodeText;
     return out;
 }

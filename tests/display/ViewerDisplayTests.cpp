@@ -62,8 +62,10 @@ protected:
         waitFor([&] { return (window = std::stoul("0" + xdotool("search --name '^JTK viewer: " + application + "$'"))) != 0; });
         return window;
     }
+    // Clicks and, as a window manager would, gives the window the keyboard focus.
     void click(unsigned long window, const std::string& pixel) {
-        xdotool("mousemove --window " + std::to_string(window) + " " + pixel + " click 1");
+        xdotool("mousemove --window " + std::to_string(window) + " " + pixel + " click 1 windowfocus " +
+                std::to_string(window));
     }
     // The display shows the picture; tried until the viewer has caught up.
     ::testing::AssertionResult shows(unsigned long window, const std::function<std::optional<Image>()>& picture) {

@@ -73,10 +73,11 @@ void collectErrors() {
     if (setErrorHandler && display) sync(display, False);
 }
 
-// After the display is closed: the handler before comes back.
+// After the display is closed: the handler before comes back, unless SDL
+// has already put back the one it found.
 void stopWatching() {
     if (!setErrorHandler) return;
-    setErrorHandler(previousHandler);
+    if (auto current = setErrorHandler(previousHandler); current != onError) setErrorHandler(current);
     setErrorHandler = nullptr;
     display = nullptr;
     watching = false;
@@ -91,6 +92,13 @@ std::unique_ptr<ViewerWindow> ViewerWindow::open(const std::string& title, uint3
     // The application's own signal handling (a test run restores the user's
     // data on SIGINT and SIGTERM) must stay in charge.
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    // The window surface goes to the display as it is (shared memory or plain
+    // X requests), not through an OpenGL texture: no GPU driver is loaded,
+    // and a software one would cost more than it saves.
+    SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+    // The click that brings the window to the front lands too: SDL would
+    // otherwise drop a press that comes within moments of the focus.
+    SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
     // A person's screen saver may run while the viewer is open.
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
