@@ -78,7 +78,7 @@ protected:
             for (size_t i = 0; i < drawn->pixels.size(); i += 4)
                 differing += !std::equal(&shown->pixels[i], &shown->pixels[i] + 4, &drawn->pixels[i]);
             return differing == 0;
-        }, 15s);
+        }, 30s);
         if (same) return ::testing::AssertionSuccess();
         return ::testing::AssertionFailure() << differing << " pixels differ (or no picture)";
     }

@@ -89,8 +89,10 @@ std::pair<uint32_t, uint32_t> changedRows(const std::optional<imaging::Image>& b
 void show(ViewerState& viewer, imaging::Image picture) {
     auto [first, end] = changedRows(viewer.shown, picture);
     if (first == end) return;
-    viewer.window->present(picture, first, end);
+    // The file first: it is slow to write, and once the picture is on screen
+    // the file should already say so.
     if (!viewer.frameFile.empty()) writeFrameFile(viewer.frameFile, picture);
+    viewer.window->present(picture, first, end);
     viewer.shown = std::move(picture);
 }
 

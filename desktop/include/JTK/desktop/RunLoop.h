@@ -14,6 +14,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "JTK/platform/Events.h"
@@ -71,16 +72,20 @@ public:
 private:
     struct TimerImpl;
     RunLoop();
-    bool runOneTask();
+    // Runs the main-queue task or delivers the event that came first: work
+    // queued after an event (a read of the state it changes) waits for it,
+    // however long the main thread was busy before.
+    bool runOldestTaskOrEvent();
     bool fireOneTimer(RunLoopMode mode);
-    bool dispatchOneEvent();
     void waitForWork(RunLoopMode mode, std::optional<Clock::time_point> deadline);
 
     mutable std::mutex mutex_;
     std::condition_variable wake_;
     std::thread::id mainThread_;
-    std::deque<std::function<void()>> tasks_;
-    std::deque<std::shared_ptr<platform::Event>> events_;
+    // Tasks and events, each with its place in their common arrival order.
+    std::deque<std::pair<uint64_t, std::function<void()>>> tasks_;
+    std::deque<std::pair<uint64_t, std::shared_ptr<platform::Event>>> events_;
+    uint64_t nextArrival_ = 0;
     std::vector<std::shared_ptr<TimerImpl>> timers_;
     // Bumped when a timer is added, so a loop already waiting recomputes its wake time.
     uint64_t timerGeneration_ = 0;
