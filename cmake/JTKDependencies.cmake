@@ -13,3 +13,5 @@ pkg_check_modules(DEFLATE REQUIRED IMPORTED_TARGET GLOBAL libdeflate)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET GLOBAL cairo)
 pkg_check_modules(PANGOCAIRO REQUIRED IMPORTED_TARGET GLOBAL pangocairo pangoft2)
 pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET GLOBAL fontconfig)
+# The on-screen viewer of the embedded desktop: a window on the person's display.
+pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET GLOBAL sdl2)

@@ -6,6 +6,7 @@
 
 #include "JTK/desktop/EventRouting.h"
 #include "JTK/desktop/RunLoop.h"
+#include "JTK/desktop/Viewer.h"
 #include "JTK/desktop/Window.h"
 
 namespace jtk::desktop {
@@ -94,8 +95,12 @@ std::shared_ptr<platform::Event> Application::runMonitors(std::shared_ptr<platfo
 
 int Application::run() {
     activateIgnoringOtherApps(true);
+    // A viewer asked for by the launch lives as long as this run (none for a
+    // run that ends at once).
+    bool viewerAttachedHere = !terminating_ && !isViewerAttached() && attachViewerIfRequested();
     auto& loop = RunLoop::main();
     loop.runMode(RunLoopMode::defaultMode, std::nullopt, [this] { return terminating_.load(); });
+    if (viewerAttachedHere) detachViewer();
     terminating_ = false;
     return exitStatus_;
 }

@@ -43,7 +43,7 @@ bool RunLoop::isMainThread() const {
 void RunLoop::perform(std::function<void()> work) {
     {
         std::lock_guard lock(mutex_);
-        tasks_.push_back(std::move(work));
+        tasks_.emplace_back(nextArrival_++, std::move(work));
     }
     wake_.notify_all();
 }
@@ -73,20 +73,39 @@ void RunLoop::setEventHandler(EventHandler handler) {
 void RunLoop::enqueueEvent(std::shared_ptr<platform::Event> event) {
     {
         std::lock_guard lock(mutex_);
-        events_.push_back(std::move(event));
+        events_.emplace_back(nextArrival_++, std::move(event));
     }
     wake_.notify_all();
 }
 
-bool RunLoop::runOneTask() {
+bool RunLoop::hasPendingEvents() const {
+    std::lock_guard lock(mutex_);
+    return !events_.empty();
+}
+
+bool RunLoop::runOldestTaskOrEvent() {
     std::function<void()> task;
+    std::shared_ptr<platform::Event> event;
+    EventHandler handler;
     {
         std::lock_guard lock(mutex_);
-        if (tasks_.empty()) return false;
-        task = std::move(tasks_.front());
-        tasks_.pop_front();
+        bool taskFirst = !tasks_.empty() && (events_.empty() || tasks_.front().first < events_.front().first);
+        if (taskFirst) {
+            task = std::move(tasks_.front().second);
+            tasks_.pop_front();
+        } else if (!events_.empty()) {
+            event = std::move(events_.front().second);
+            events_.pop_front();
+            handler = eventHandler_;
+        } else {
+            return false;
+        }
     }
-    task();
+    workCount_.fetch_add(1, std::memory_order_relaxed);
+    if (task)
+        task();
+    else if (handler)
+        handler(std::move(event));
     return true;
 }
 
@@ -107,21 +126,8 @@ bool RunLoop::fireOneTimer(RunLoopMode mode) {
             due->valid = false;
         }
     }
+    workCount_.fetch_add(1, std::memory_order_relaxed);
     due->fire(*due);
-    return true;
-}
-
-bool RunLoop::dispatchOneEvent() {
-    std::shared_ptr<platform::Event> event;
-    EventHandler handler;
-    {
-        std::lock_guard lock(mutex_);
-        if (events_.empty()) return false;
-        event = std::move(events_.front());
-        events_.pop_front();
-        handler = eventHandler_;
-    }
-    if (handler) handler(std::move(event));
     return true;
 }
 
@@ -147,9 +153,8 @@ void RunLoop::runMode(RunLoopMode mode, std::optional<Clock::time_point> deadlin
     levels_.push_back(&level);
     while (!level.stopped && !(until && until())) {
         if (deadline && Clock::now() >= *deadline) break;
-        bool worked = runOneTask();
+        bool worked = runOldestTaskOrEvent();
         worked = fireOneTimer(mode) || worked;
-        worked = dispatchOneEvent() || worked;
         if (!worked && !level.stopped && !(until && until())) waitForWork(mode, deadline);
     }
     levels_.pop_back();

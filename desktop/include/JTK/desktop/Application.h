@@ -56,6 +56,8 @@ public:
 
     // Activates and runs the main run loop in the default mode until
     // terminate(); returns the status given to terminate(). Main thread.
+    // When the launch asks for the on-screen viewer (Viewer.h), it is shown
+    // for the length of the run.
     int run();
     // Ends run() with the status (any thread). Before run() starts, the next
     // run() returns at once.

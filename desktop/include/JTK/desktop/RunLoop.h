@@ -4,7 +4,9 @@
 // work still reaches the main thread meanwhile.
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -12,6 +14,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "JTK/platform/Events.h"
@@ -55,6 +58,12 @@ public:
     // Makes a waiting loop look at its predicate again (any thread).
     void wakeUp() { perform([] {}); }
     std::optional<RunLoopMode> currentMode() const;
+    // How many pieces of work (tasks, timer fires, events) the loop has
+    // started, in any mode: a loop whose count has not moved has changed
+    // nothing on screen. Main thread.
+    uint64_t workCount() const { return workCount_.load(std::memory_order_relaxed); }
+    // Whether events wait in the application's queue (any thread).
+    bool hasPendingEvents() const;
 
     static Clock::duration toDuration(double seconds) {
         return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
@@ -63,16 +72,20 @@ public:
 private:
     struct TimerImpl;
     RunLoop();
-    bool runOneTask();
+    // Runs the main-queue task or delivers the event that came first: work
+    // queued after an event (a read of the state it changes) waits for it,
+    // however long the main thread was busy before.
+    bool runOldestTaskOrEvent();
     bool fireOneTimer(RunLoopMode mode);
-    bool dispatchOneEvent();
     void waitForWork(RunLoopMode mode, std::optional<Clock::time_point> deadline);
 
     mutable std::mutex mutex_;
     std::condition_variable wake_;
     std::thread::id mainThread_;
-    std::deque<std::function<void()>> tasks_;
-    std::deque<std::shared_ptr<platform::Event>> events_;
+    // Tasks and events, each with its place in their common arrival order.
+    std::deque<std::pair<uint64_t, std::function<void()>>> tasks_;
+    std::deque<std::pair<uint64_t, std::shared_ptr<platform::Event>>> events_;
+    uint64_t nextArrival_ = 0;
     std::vector<std::shared_ptr<TimerImpl>> timers_;
     // Bumped when a timer is added, so a loop already waiting recomputes its wake time.
     uint64_t timerGeneration_ = 0;
@@ -83,6 +96,7 @@ private:
         bool stopped = false;
     };
     std::vector<Level*> levels_;
+    std::atomic<uint64_t> workCount_{0};
 };
 
 }  // namespace jtk::desktop
