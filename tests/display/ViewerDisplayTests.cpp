@@ -199,3 +199,24 @@ TEST_F(SampleOnXvfb, closingTheViewerDuringARunPutsTheUsersDataBack) {
 }
 
 }  // namespace
+
+// jtk-review over a copied screenshot folder: a click on "Accept" in the
+// viewer moves the new capture into place, and the review ends with its window.
+TEST_F(ViewerOnXvfb, jtkReviewAcceptsAnImageOnAClickAndEndsWithItsWindow) {
+    auto png = [](uint8_t red) {
+        Image image(6, 4);
+        for (size_t i = 0; i < image.pixels.size(); i += 4) image.pixels[i] = red, image.pixels[i + 3] = 255;
+        auto bytes = jtk::imaging::encodePNG(image);
+        return std::string(bytes.begin(), bytes.end());
+    };
+    auto test = home.path / "Screenshots" / "V1" / "testA";
+    writeFile(test / "button.png", png(0));
+    writeFile(test / "temp" / "button.png", png(200));
+    Child review({(binDirectory() / "jtk-review").string(), "--version", "V1", path("Screenshots")});
+    auto window = findViewer("jtk-review");
+    ASSERT_NE(window, 0u) << review.transcript();
+    click(window, "1140 748");  // the Accept button: content point (920, 31) of the window at (220, 120)
+    EXPECT_EQ(review.wait(), 0) << review.transcript();
+    EXPECT_EQ(readFile(test / "button.png"), png(200));
+    EXPECT_FALSE(fs::exists(test / "temp")) << "the last accept removes the temp folder";
+}
