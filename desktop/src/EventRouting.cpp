@@ -37,20 +37,6 @@ constexpr uint64_t commandLikeFlags =
 
 bool isMouseUp(EventType type) { return type == EventType::leftMouseUp || type == EventType::rightMouseUp; }
 
-bool isMouseEvent(EventType type) {
-    switch (type) {
-        case EventType::leftMouseDown:
-        case EventType::leftMouseUp:
-        case EventType::rightMouseDown:
-        case EventType::rightMouseUp:
-        case EventType::mouseMoved:
-        case EventType::leftMouseDragged:
-            return true;
-        default:
-            return false;
-    }
-}
-
 std::shared_ptr<Window> windowAt(const Application& app, platform::Point screenPoint) {
     for (const auto& window : app.orderedWindows())
         if (platform::pointInRect(screenPoint, window->frame())) return window;
@@ -178,7 +164,7 @@ void routeEvent(std::shared_ptr<platform::Event> event) {
     event->windowNumber = windowNumberOfEvent(*app, *event);
     // The mouse events a tracking menu takes are the menu's own: the local
     // monitors never see them, as they never see a menu's private loop.
-    if (!(Menu::trackingMenu() && isMouseEvent(event->type))) event = app->runMonitors(std::move(event));
+    if (!(Menu::trackingMenu() && platform::isMouseEvent(event->type))) event = app->runMonitors(std::move(event));
     if (!event) return;
 
     struct CurrentEvent {

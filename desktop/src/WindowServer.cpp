@@ -12,21 +12,6 @@ namespace {
 // Long test runs post many events; the log keeps the most recent ones.
 constexpr size_t maxLoggedEvents = 50000;
 
-bool movesCursor(platform::EventType type) {
-    using platform::EventType;
-    switch (type) {
-        case EventType::leftMouseDown:
-        case EventType::leftMouseUp:
-        case EventType::rightMouseDown:
-        case EventType::rightMouseUp:
-        case EventType::mouseMoved:
-        case EventType::leftMouseDragged:
-            return true;
-        default:
-            return false;
-    }
-}
-
 double mainScreenHeight() {
     auto all = platform::screens();
     return all.empty() ? 0 : all.front().frame.height();
@@ -44,7 +29,7 @@ void WindowServer::postToHid(const platform::Event& posted) {
     platform::Event event = posted;
     {
         std::lock_guard lock(mutex_);
-        if (movesCursor(event.type)) cursor_ = event.location;
+        if (platform::isMouseEvent(event.type)) cursor_ = event.location;
         switch (event.type) {
             case EventType::leftMouseDown: leftDown_ = true; break;
             case EventType::leftMouseUp: leftDown_ = false; break;

@@ -25,6 +25,21 @@ enum class EventType : uint32_t {
     scrollWheel = 22,
 };
 
+// Presses, releases, moves and drags of either button (not the wheel).
+constexpr bool isMouseEvent(EventType type) {
+    switch (type) {
+        case EventType::leftMouseDown:
+        case EventType::leftMouseUp:
+        case EventType::rightMouseDown:
+        case EventType::rightMouseUp:
+        case EventType::mouseMoved:
+        case EventType::leftMouseDragged:
+            return true;
+        default:
+            return false;
+    }
+}
+
 // Event mask bit of a type, for monitors.
 constexpr uint64_t eventMaskBit(EventType type) { return uint64_t{1} << static_cast<uint32_t>(type); }
 constexpr uint64_t anyEventMask = ~uint64_t{0};
