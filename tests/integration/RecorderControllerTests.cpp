@@ -22,11 +22,6 @@ protected:
         auto button = std::dynamic_pointer_cast<desktop::View>(controller().recordMenuItem()->button());
         click(centerOnScreen(*button));
     }
-    // Runs the main loop until the condition holds (for up to 10 s).
-    static bool pumpUntil(const std::function<bool()>& condition) {
-        for (int i = 0; i < 1000 && !condition(); ++i) pumpMainLoop(0.01);
-        return condition();
-    }
     static void postStatus(const platform::Value& object) {
         platform::defaultNotificationCenter().post(JTKTestSuiteStatusUpdate, object);
         pumpMainLoop(0.05);
@@ -63,11 +58,11 @@ TEST_F(RecorderController, startsAndStopsARecordingFromItsStatusItem) {
     auto ok = add<desktop::Button>(window->desktopContentView(), Rect{20, 20, 80, 24}, "OK");
     name(ok, "OK");
     chooseItem();
-    ASSERT_TRUE(pumpUntil([] { return JTKTestSuite::recording() && title() == "Stop Recording..."; }));
+    ASSERT_TRUE(waitFor([] { return JTKTestSuite::recording() && title() == "Stop Recording..."; }));
     std::dynamic_pointer_cast<JTKRecorder>(JTKTestSuite::recorder())->backdateStart(JTKRecorder::startDelay);
     click(centerOnScreen(*ok));
     chooseItem();  // its press is no click on a target
-    ASSERT_TRUE(pumpUntil([] { return !JTKTestSuite::recording() && title() == "Record UX Test"; }));
+    ASSERT_TRUE(waitFor([] { return !JTKTestSuite::recording() && title() == "Record UX Test"; }));
     EXPECT_EQ(readFile(file), head + "\nJTK_TEST(testRecording) {\n    element(\"OK\").click();\n}\nJTK_TEST(testA) {}\n");
 }
 
@@ -76,7 +71,7 @@ TEST_F(RecorderController, aRecordingWhoseFileCannotBeWrittenStopsWithOneLine) {
     writeFile(file, "class func jtkThisFilePath() {}\n");
     controller().configure(file);
     chooseItem();
-    ASSERT_TRUE(pumpUntil([] { return JTKTestSuite::recording(); }));
+    ASSERT_TRUE(waitFor([] { return JTKTestSuite::recording(); }));
     std::string written = readFile(file);
     std::dynamic_pointer_cast<JTKRecorder>(JTKTestSuite::recorder())->backdateStart(JTKRecorder::startDelay);
     // The file's place becomes a folder: no write can replace it.
@@ -84,7 +79,7 @@ TEST_F(RecorderController, aRecordingWhoseFileCannotBeWrittenStopsWithOneLine) {
     fs::create_directories(file / "inside");
     testing::internal::CaptureStdout();
     typeKey(48);
-    ASSERT_TRUE(pumpUntil([] { return !JTKTestSuite::recording(); }));
+    ASSERT_TRUE(waitFor([] { return !JTKTestSuite::recording(); }));
     std::string output = testing::internal::GetCapturedStdout();
     EXPECT_NE(output.find("cannot write the test source file " + file.string()), std::string::npos) << output;
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;

@@ -23,16 +23,6 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-// Every file below folder as "relative/path", sorted.
-Lines files(const fs::path& folder) {
-    Lines entries;
-    if (!fs::exists(folder)) return entries;
-    for (const auto& entry : fs::recursive_directory_iterator(folder))
-        if (entry.is_regular_file()) entries.push_back(fs::relative(entry.path(), folder).string());
-    std::sort(entries.begin(), entries.end());
-    return entries;
-}
-
 struct ChildRun {
     int status = -1;
     Lines output, errors;
@@ -107,19 +97,11 @@ protected:
         return 0;
     }
 
-    // What is beside the user's data: after a run, nothing at all (no aside
-    // folder, no record of one, no test data waiting to be deleted, no lock).
-    Lines besideTheData() {
-        Lines names;
-        for (const auto& entry : fs::directory_iterator(root / "data")) names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
+    // Beside the user's data after a run: nothing at all (no aside folder,
+    // no record of one, no test data waiting to be deleted, no lock).
     void expectUserDataBack() {
-        EXPECT_EQ(files(appSupport), Lines{"user.txt"});
-        EXPECT_EQ(readFile(appSupport / "user.txt"), "mine");
-        EXPECT_EQ(besideTheData(), Lines{"driverTestApp"});
+        EXPECT_EQ(filesBelow(appSupport, true), Lines{"user.txt=mine"});
+        EXPECT_EQ(namesIn(root / "data"), Lines{"driverTestApp"});
     }
 
     fs::path root, appSupport, temp;
@@ -254,8 +236,8 @@ TEST_F(DriverRun, anApplicationWithTheLongestNameItsFolderAllowsGetsItsDataBack)
     auto child = shell(environment("end") + quoted((root / name).string()) + " -uxtest");
     EXPECT_EQ(child.status, 0);
     EXPECT_EQ(child.output.back(), restoring);
-    EXPECT_EQ(files(root / "data" / name), Lines{"user.txt"});
-    EXPECT_EQ(besideTheData(), Lines{name});
+    EXPECT_EQ(filesBelow(root / "data" / name), Lines{"user.txt"});
+    EXPECT_EQ(namesIn(root / "data"), Lines{name});
 }
 
 // Something with the aside name that no run put aside: the user's own
@@ -271,11 +253,11 @@ TEST_P(DriverRunForeignAside, stopsTheRunAndTouchesNeither) {
     EXPECT_EQ(child.output, Lines{temp.string() + " was not put aside by a test run, so it may hold data of yours: "
                                   "nothing was changed. Your Application Support data is at " + appSupport.string() +
                                   "; move or rename " + temp.string() + " and start again - Testing cancelled"});
-    EXPECT_EQ(files(appSupport), Lines{"user.txt"});
+    EXPECT_EQ(filesBelow(appSupport), Lines{"user.txt"});
     if (GetParam() == "folder") { EXPECT_EQ(readFile(temp / "mine-too.txt"), "also mine"); }
     if (GetParam() == "file") { EXPECT_EQ(readFile(temp), "a file of mine"); }
     if (GetParam() == "link") { EXPECT_EQ(fs::read_symlink(temp), appSupport); }
-    EXPECT_EQ(besideTheData(), (Lines{"driverTestApp", "driverTestApp_Temp"}));
+    EXPECT_EQ(namesIn(root / "data"), (Lines{"driverTestApp", "driverTestApp_Temp"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, DriverRunForeignAside, testing::Values("folder", "file", "link"),
@@ -294,8 +276,8 @@ TEST_F(DriverRun, concurrentRunStopsAndAKilledRunIsRecoveredKeepingLaterWork) {
     EXPECT_EQ(second.status, 1);
     EXPECT_EQ(second.output, Lines{"Another test run (process " + std::to_string(first) + ") is using " +
                                    appSupport.string() + "; this run changed nothing - Testing cancelled"});
-    EXPECT_EQ(files(appSupport), Lines{"a.txt"}) << "the first run's test data";
-    EXPECT_EQ(files(temp), Lines{"user.txt"});
+    EXPECT_EQ(filesBelow(appSupport), Lines{"a.txt"}) << "the first run's test data";
+    EXPECT_EQ(filesBelow(temp), Lines{"user.txt"});
 
     ASSERT_EQ(kill(first, SIGKILL), 0);
     for (int i = 0; i < 200 && kill(first, 0) == 0; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -310,8 +292,7 @@ TEST_F(DriverRun, concurrentRunStopsAndAKilledRunIsRecoveredKeepingLaterWork) {
     ASSERT_TRUE(third.output[1].starts_with(keptAt)) << third.output[1];
     fs::path kept = third.output[1].substr(keptAt.size());
     EXPECT_EQ(kept.parent_path(), root / "data");
-    EXPECT_EQ(files(kept), (Lines{"a.txt", "saved-after-the-crash.txt"}));
-    EXPECT_EQ(readFile(kept / "saved-after-the-crash.txt"), "work");
+    EXPECT_EQ(filesBelow(kept, true), (Lines{"a.txt=A", "saved-after-the-crash.txt=work"}));
     third.output.erase(third.output.begin(), third.output.begin() + 2);
     EXPECT_EQ(third.output, concat(startOfRun, {restoring}));
 

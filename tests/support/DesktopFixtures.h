@@ -33,6 +33,7 @@
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Value.h"
 #include "run/JTKMainThread.h"
+#include "tests/support/PostedGestures.h"
 
 using namespace jtk;
 
@@ -110,30 +111,16 @@ protected:
         ASSERT_TRUE(finished.load()) << "the test body did not finish within 60 s";
     }
     static auto onMain(auto&& work) { return jtkOnMainThread(work); }
-    // Polls a condition until it holds, for up to 10 s; eventually() reads it on the main thread.
+    // Polls a condition until it holds, for up to 10 s, servicing the main run
+    // loop meanwhile when called on the main thread; eventually() reads it there.
     static bool waitFor(const std::function<bool()>& condition) {
         auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        for (; !condition(); std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+        for (; !condition(); platform::isMainThread() ? pumpMainLoop(0.01) : std::this_thread::sleep_for(std::chrono::milliseconds(1)))
             if (std::chrono::steady_clock::now() > deadline) return false;
         return true;
     }
     static bool eventually(const std::function<bool()>& condition) { return waitFor([&] { return onMain(condition); }); }
-    // Waits (off the main thread) until every event posted so far has been
-    // dispatched: a marker key event follows them and a monitor swallows it.
-    static void drainEvents() {
-        constexpr uint16_t markerKey = 0xFFFE;
-        std::atomic<bool> seen{false};
-        auto app = desktop::Application::shared();
-        auto token = app->addLocalMonitorForEvents(platform::eventMaskBit(EventType::keyUp), [&](auto event) {
-            if (event->keyCode != markerKey) return event;
-            seen = true;
-            return std::shared_ptr<platform::Event>{};
-        });
-        auto source = platform::createEventSource(platform::EventSourceState::privateState);
-        platform::postEventToPid(::getpid(), *platform::createKeyboardEvent(source, markerKey, false));
-        EXPECT_TRUE(waitFor([&] { return seen.load(); })) << "posted events were not dispatched";
-        app->removeMonitor(token);
-    }
+    static void drainEvents() { EXPECT_TRUE(settleEvents()) << "posted events were not dispatched"; }
 
     // Posts a mouse event at a screen point to the HID tap; it keeps the held flags unless flags are given.
     static void postMouse(EventType type, Point screenPoint, int64_t clickState = 1, std::optional<uint64_t> flags = {}) {

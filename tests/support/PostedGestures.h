@@ -5,11 +5,15 @@
 
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/RunLoop.h"
 #include "JTK/desktop/WindowServer.h"
+#include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Events.h"
 #include "input/JTKKeyStrokes.h"
 
@@ -44,12 +48,12 @@ inline void typeCharacters(const std::string& text) {
     }
 }
 
-// Runs the main loop (on the main thread) until every event posted so far
-// has been handled: a marker key follows them and a monitor swallows it.
-// False when that takes more than 10 seconds.
+// Waits until every event posted so far has been handled, servicing the main
+// run loop meanwhile when called on the main thread: a marker key follows the
+// events and a monitor swallows it. False when that takes more than 10 seconds.
 inline bool settleEvents() {
     constexpr uint16_t markerKey = 0xFFFE;
-    bool seen = false;
+    std::atomic<bool> seen{false};
     auto application = jtk::desktop::Application::shared();
     auto token = application->addLocalMonitorForEvents(jtk::platform::eventMaskBit(jtk::platform::EventType::keyUp),
                                                        [&](auto event) {
@@ -59,7 +63,10 @@ inline bool settleEvents() {
                                                        });
     auto source = jtk::platform::createEventSource(jtk::platform::EventSourceState::privateState);
     jtk::platform::postEventToPid(::getpid(), *jtk::platform::createKeyboardEvent(source, markerKey, false));
-    for (int i = 0; i < 1000 && !seen; ++i) jtk::desktop::RunLoop::main().runFor(0.01);
+    for (int i = 0; i < 1000 && !seen; ++i) {
+        if (jtk::platform::isMainThread()) jtk::desktop::RunLoop::main().runFor(0.01);
+        else std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
     application->removeMonitor(token);
     return seen;
 }
