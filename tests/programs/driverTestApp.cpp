@@ -31,6 +31,7 @@
 #include "elements/JTKViewTexts.h"
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/ProcessInfo.h"
+#include "JTK/platform/Application.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
 
@@ -68,7 +69,7 @@ JTK_PROVIDER(jtkThisFilePath) { return platform::Value(__FILE__); }
 
 JTK_PROVIDER(jtkLaunchShellCommands) {
     // The second command shows that the test data is in place before launch commands run.
-    return platform::Value(platform::ValueList{"echo launched", "ls \"$XDG_DATA_HOME/driverTestApp\"", "true"});
+    return platform::Value(platform::ValueList{"echo launched", "ls \"$XDG_DATA_HOME/" + platform::sharedApplication()->name() + "\"", "true"});
 }
 JTK_PROVIDER(jtkTeardownShellCommands) { return platform::Value(platform::ValueList{"echo 'teardown \"done\"'"}); }
 
@@ -99,7 +100,7 @@ JTK_METHOD(jtkSetup) {
 }
 
 JTK_TEST(testA) {
-    std::ifstream in(std::string(std::getenv("XDG_DATA_HOME")) + "/driverTestApp/a.txt");
+    std::ifstream in(*JTKTestSuite::appSupportURL() / "a.txt");
     std::string content;
     std::getline(in, content);
     jtkPrintLine("testA sees " + content);
