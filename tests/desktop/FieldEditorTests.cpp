@@ -59,16 +59,16 @@ TEST_F(FieldEditorTest, KeysEditTheFieldTabMovesPastViewsThatTakeNoKeysAndReturn
     label->setNextKeyView(second);
     std::shared_ptr<desktop::View> responderWhileEditing;
     onQueue([&] {
-        click(onMain([&] { return centerOnScreen(*first); }));
-        typeKey(4, shift);     // H
-        typeKey(34);           // i
-        typeKey(51);           // Delete
-        typeKey(0, 0, "ö");    // a character without a key of its own
+        pressAt(onMain([&] { return centerOnScreen(*first); }));
+        pressKey(4, shift);     // H
+        pressKey(34);           // i
+        pressKey(51);           // Delete
+        pressKey(0, 0, "ö");    // a character without a key of its own
         drainEvents();
         responderWhileEditing = onMain([&] { return window->firstResponder(); });
-        typeKey(48);  // Tab
-        typeKey(11);  // b
-        typeKey(36);  // Return
+        pressKey(48);  // Tab
+        pressKey(11);  // b
+        pressKey(36);  // Return
         drainEvents();
     });
     auto editor = std::dynamic_pointer_cast<FieldEditor>(responderWhileEditing);
@@ -90,9 +90,9 @@ TEST_F(FieldEditorTest, FieldsThatTakeNoKeysAreNotEditedAndReturnPressesTheDefau
     okButton->setKeyEquivalent("\r");
     okButton->setAction([&](desktop::Button&) { ++pressed; });
     onQueue([&] {
-        click(onMain([&] { return centerOnScreen(*first); }));
-        typeKey(0);
-        typeKey(36);
+        pressAt(onMain([&] { return centerOnScreen(*first); }));
+        pressKey(0);
+        pressKey(36);
         drainEvents();
     });
     EXPECT_EQ(first->stringValue(), "x");

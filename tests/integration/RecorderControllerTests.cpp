@@ -20,7 +20,7 @@ protected:
     // Chooses the item as a person does: a press and a release on its button.
     static void chooseItem() {
         auto button = std::dynamic_pointer_cast<desktop::View>(controller().recordMenuItem()->button());
-        click(centerOnScreen(*button));
+        pressAt(centerOnScreen(*button));
     }
     static void postStatus(const platform::Value& object) {
         platform::defaultNotificationCenter().post(JTKTestSuiteStatusUpdate, object);
@@ -60,7 +60,7 @@ TEST_F(RecorderController, startsAndStopsARecordingFromItsStatusItem) {
     chooseItem();
     ASSERT_TRUE(waitFor([] { return JTKTestSuite::recording() && title() == "Stop Recording..."; }));
     std::dynamic_pointer_cast<JTKRecorder>(JTKTestSuite::recorder())->backdateStart(JTKRecorder::startDelay);
-    click(centerOnScreen(*ok));
+    pressAt(centerOnScreen(*ok));
     chooseItem();  // its press is no click on a target
     ASSERT_TRUE(waitFor([] { return !JTKTestSuite::recording() && title() == "Record UX Test"; }));
     EXPECT_EQ(readFile(file), head + "\nJTK_TEST(testRecording) {\n    element(\"OK\").click();\n}\nJTK_TEST(testA) {}\n");
@@ -78,7 +78,7 @@ TEST_F(RecorderController, aRecordingWhoseFileCannotBeWrittenStopsWithOneLine) {
     fs::remove(file);
     fs::create_directories(file / "inside");
     testing::internal::CaptureStdout();
-    typeKey(48);
+    pressKey(48);
     ASSERT_TRUE(waitFor([] { return !JTKTestSuite::recording(); }));
     std::string output = testing::internal::GetCapturedStdout();
     EXPECT_NE(output.find("cannot write the test source file " + file.string()), std::string::npos) << output;
