@@ -84,6 +84,7 @@ TEST_F(RecorderController, aRecordingWhoseFileCannotBeWrittenStopsWithOneLine) {
     EXPECT_NE(output.find("cannot write the test source file " + file.string()), std::string::npos) << output;
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
     EXPECT_EQ(title(), "Record UX Test");
+    EXPECT_EQ(namesIn(folder.path), std::vector<std::string>{"Tests.swift"}) << "no temporary file is left";
     fs::remove_all(file);
     EXPECT_TRUE(written.find("    \n    class func testRecording()\n    {\n        rec()\n    }") != std::string::npos);
 }

@@ -199,14 +199,4 @@ TEST(RecorderFileWrites, aFailedWriteKeepsTheLastCompleteFileAndSaysWhy) {
     EXPECT_EQ(std::distance(fs::directory_iterator(recording.folder.path), fs::directory_iterator()), 1);
 }
 
-TEST(RecorderFileWrites, aWriteThatCannotReplaceTheFileLeavesNoTemporaryFile) {
-    // Runs as root too: a rename over a non-empty folder fails for everybody.
-    ScratchFolder folder;
-    fs::create_directories(folder.path / "T.cpp" / "inside");
-    std::string error;
-    EXPECT_FALSE(jtkWriteTextFileAtomically(folder.path / "T.cpp", "text", error));
-    EXPECT_FALSE(error.empty());
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path), fs::directory_iterator()), 1);
-}
-
 }  // namespace
