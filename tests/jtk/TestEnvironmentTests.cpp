@@ -35,6 +35,12 @@ protected:
     }
 
     static Strings contents(const fs::path& folder) { return filesBelow(folder, true); }
+    // The user's file and one test data file, for a child that sees this fixture's folders.
+    void userAndTestDataForAChild() {
+        GTEST_FLAG_SET(death_test_style, "fast");
+        writeFile(appSupport / "user.txt", "mine");
+        writeFile(testData / "a.txt", "A");
+    }
     std::string copyCapturingOutput() { return capturedStdout(JTKTestSuite::copyTestDataToApplicationSupport); }
     std::string restoreCapturingOutput() { return capturedStdout(JTKTestSuite::restoreApplicationSupportData); }
 
@@ -123,9 +129,7 @@ TEST_F(DataEnvironment, copiedTestDataKeepsTimesPermissionsAndLinks) {
 TEST_F(DataEnvironment, readOnlyFoldersATestLeavesDoNotKeepTheUsersDataAside) {
     // A test that locks folders of its data. Run as an ordinary user: one
     // that may ignore permissions could not show the fault.
-    GTEST_FLAG_SET(death_test_style, "fast");
-    writeFile(appSupport / "user.txt", "mine");
-    writeFile(testData / "a.txt", "A");
+    userAndTestDataForAChild();
     const uid_t nobody = 65534;
     if (geteuid() == 0) {
         for (const auto& entry : fs::recursive_directory_iterator(root)) ASSERT_EQ(lchown(entry.path().c_str(), nobody, nobody), 0);
@@ -148,9 +152,7 @@ TEST_F(DataEnvironment, readOnlyFoldersATestLeavesDoNotKeepTheUsersDataAside) {
 }
 
 TEST_F(DataEnvironment, uncopyableItemEndsTheRunAfterRestoring) {
-    GTEST_FLAG_SET(death_test_style, "fast");  // the child must see this fixture's folders
-    writeFile(appSupport / "user.txt", "mine");
-    writeFile(testData / "a.txt", "A");
+    userAndTestDataForAChild();
     ASSERT_EQ(mkfifo((testData / "pipe").c_str(), 0600), 0);  // not a file a copy can take
     EXPECT_EXIT(
         {
