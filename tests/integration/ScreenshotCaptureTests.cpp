@@ -66,11 +66,7 @@ protected:
     }
 
     // Captures as a test run does; returns the lines printed meanwhile.
-    std::string capture() {
-        testing::internal::CaptureStdout();
-        JTKScreenshotCapture::captureScreenshots("Small");
-        return testing::internal::GetCapturedStdout();
-    }
+    std::string capture() { return capturedStdout([] { JTKScreenshotCapture::captureScreenshots("Small"); }); }
 
     ScratchFolder scratch;
     fs::path root = scratch.path, testFolder;
