@@ -222,7 +222,6 @@ INSTANTIATE_TEST_SUITE_P(
                    {"JTK: Check failed in testEnd at driverTestApp.cpp", "  JTK_CHECK_EQ(shown, \"Count: 2\")",
                     "  left:  \"Count: 1\"", "  right: \"Count: 2\"", restoring}},
         ProcessEnd{"fatal", 1, {"driver app stopped on purpose", restoring}, "driverTestApp:testEnd: fatal stop"},
-        ProcessEnd{"sigterm", 128 + 15, {"Run interrupted by signal 15", restoring}},
         ProcessEnd{"exit", 3, {"Run ended early: the process exited with status 3", restoring}},
         ProcessEnd{"quit", 4, {"Run ended early: the process exited with status 4", restoring}},
         ProcessEnd{"throw", 134, {"Run ended by an uncaught exception: thrown on purpose", restoring}},

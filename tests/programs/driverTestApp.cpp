@@ -4,7 +4,7 @@
 // and grants it 1.25 s later; "nodata"/"noshots" drop the test data/screenshot
 // path; "showalert" prints the final alert's texts once it is up. In testEnd:
 // "end" calls endTests, "fatal" makes a fatal stop, "check" fails a check,
-// "sigterm" sends SIGTERM, "exit" calls exit(3), "quit" quits with status 4,
+// "exit" calls exit(3), "quit" quits with status 4,
 // "throw" throws past everyone, "abort" aborts, "rebuilt" replaces the
 // executable as a rebuild does, and "wait" writes the process id to the file
 // "ready" and waits for a file "go". DRIVER_TEST_DATA and DRIVER_SCREENSHOTS
@@ -128,10 +128,6 @@ JTK_TEST(testEnd) {
     if (hasFlag("check")) {
         std::string shown = "Count: 1";
         JTK_CHECK_EQ(shown, "Count: 2");
-    }
-    if (hasFlag("sigterm")) {
-        kill(getpid(), SIGTERM);
-        sleepForever();
     }
     if (hasFlag("exit")) std::exit(3);
     if (hasFlag("quit")) {
