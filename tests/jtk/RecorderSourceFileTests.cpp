@@ -175,7 +175,8 @@ TEST(RecorderFileWrites, touchAPathWithBlanksAsOneFileAndLeaveNoOtherFile) {
     for (const auto& entry : fs::directory_iterator(recording.folder.path)) fs::last_write_time(entry.path(), past);
     EXPECT_EQ(recording.source->insertStatement("typeText(\"a\")", false), Write::written);
     EXPECT_GT(fs::last_write_time(recording.file), past);
-    for (const char* decoy : {"Rec", "Tests.swift"}) EXPECT_EQ(fs::last_write_time(recording.folder.path / decoy), past) << decoy;
+    for (const char* decoy : {"Rec", "Tests.swift"})
+        EXPECT_EQ(fs::last_write_time(recording.folder.path / decoy), past) << decoy;
     EXPECT_EQ(namesIn(recording.folder.path), (std::vector<std::string>{"Rec", "Rec Tests.swift", "Tests.swift"}));
 }
 

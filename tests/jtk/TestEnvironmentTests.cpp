@@ -96,9 +96,9 @@ TEST_P(DataFlow, putsTheUsersDataBack) {
 
 INSTANTIATE_TEST_SUITE_P(
     Flows, DataFlow,
-    testing::Values(Flow{"testDataReplacesTheUsersUntilTheRestore", true, "testdata", 1, 1, true, "", test, user, user},
+    testing::Values(Flow{"testDataReplacesTheUsersUntilTheRestoreASecondOnlyPrints", true, "testdata", 1, 2, true, "", test,
+                         user, user},
                     Flow{"withoutAFolderTheTestDataStays", false, "testdata", 1, 1, false, "", test, {}, test},
-                    Flow{"secondRestoreOnlyPrints", true, "testdata", 1, 2, false, "", test, user, user},
                     Flow{"missingTestDataLeavesAnEmptyFolder", true, "no-such-folder", 1, 1, false,
                          "Test data folder path was supplied, but no folder exists\n", {}, user, user},
                     Flow{"withoutATestDataURLNothingMoves", true, nullptr, 1, 0, false, "", user, {}, user},

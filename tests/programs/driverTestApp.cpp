@@ -69,7 +69,8 @@ JTK_PROVIDER(jtkThisFilePath) { return platform::Value(__FILE__); }
 
 JTK_PROVIDER(jtkLaunchShellCommands) {
     // The second command shows that the test data is in place before launch commands run.
-    return platform::Value(platform::ValueList{"echo launched", "ls \"$XDG_DATA_HOME/" + platform::sharedApplication()->name() + "\"", "true"});
+    auto list = "ls \"$XDG_DATA_HOME/" + platform::sharedApplication()->name() + "\"";
+    return platform::Value(platform::ValueList{"echo launched", list, "true"});
 }
 JTK_PROVIDER(jtkTeardownShellCommands) { return platform::Value(platform::ValueList{"echo 'teardown \"done\"'"}); }
 

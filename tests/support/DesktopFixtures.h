@@ -124,8 +124,10 @@ protected:
     // loop meanwhile when called on the main thread; eventually() reads it there.
     static bool waitFor(const std::function<bool()>& condition) {
         auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        for (; !condition(); platform::isMainThread() ? pumpMainLoop(0.01) : std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+        while (!condition()) {
             if (std::chrono::steady_clock::now() > deadline) return false;
+            platform::isMainThread() ? pumpMainLoop(0.01) : std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         return true;
     }
     static bool eventually(const std::function<bool()>& condition) { return waitFor([&] { return onMain(condition); }); }

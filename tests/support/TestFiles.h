@@ -34,8 +34,10 @@ inline std::vector<std::string> filesBelow(const fs::path& folder, bool withCont
     std::vector<std::string> files;
     if (fs::exists(folder))
         for (const auto& entry : fs::recursive_directory_iterator(folder))
-            if (entry.is_regular_file())
-                files.push_back(fs::relative(entry.path(), folder).string() + (withContents ? "=" + readFile(entry.path()) : ""));
+            if (entry.is_regular_file()) {
+                auto file = fs::relative(entry.path(), folder).string();
+                files.push_back(withContents ? file + "=" + readFile(entry.path()) : file);
+            }
     std::sort(files.begin(), files.end());
     return files;
 }
