@@ -141,13 +141,6 @@ INSTANTIATE_TEST_SUITE_P(
                   "element(\"Slider\").click({.offset = {5.0, 0.0}}).drag({40.0, 0.0});"}),
     [](const auto& info) { return std::string(info.param.label); });
 
-TEST(RecorderStatementLines, objcChainWithoutBracketChangesNothing) {
-    Recording recording(JTKDialect::objectiveC);
-    recording.source->insertStatement("plain;", false);
-    EXPECT_EQ(recording.source->insertStatement(" more];", true), Write::unchanged);
-    EXPECT_EQ(recording.body(), "    plain;\n    [self rec:@__FILE__];\n");
-}
-
 TEST(RecorderStatementLines, finishRemovesTheMarkerAndKeepsTheBraces) {
     Recording recording(JTKDialect::swift);
     recording.source->insertStatement("typeText(\"a\")", false);
@@ -156,7 +149,12 @@ TEST(RecorderStatementLines, finishRemovesTheMarkerAndKeepsTheBraces) {
     EXPECT_TRUE(recording.source->lines().empty());
 }
 
-TEST(RecorderStatementLines, withoutAMarkerNothingIsWritten) {
+// An Objective-C chain onto a line without a bracket, and a file without a marker.
+TEST(RecorderStatementLines, nothingIsWrittenForAnObjcChainWithoutBracketOrWithoutAMarker) {
+    Recording objc(JTKDialect::objectiveC);
+    objc.source->insertStatement("plain;", false);
+    EXPECT_EQ(objc.source->insertStatement(" more];", true), Write::unchanged);
+    EXPECT_EQ(objc.body(), "    plain;\n    [self rec:@__FILE__];\n");
     Recording recording(JTKDialect::swift);
     writeFile(recording.file, "changed by hand");  // ignored: the recorder's copy is the truth
     std::string message;
