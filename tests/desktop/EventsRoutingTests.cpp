@@ -27,45 +27,40 @@ protected:
     uint64_t flagsAtAction = 0;
 };
 
-TEST_F(EventsRouting, aButtonActsOnAPressAndReleaseOnItAndOnceMoreForADoubleClick) {
-    onQueue([&] {
-        click(center);
-        // Released outside, or pressed outside: no click.
-        postMouse(EventType::leftMouseDown, center);
-        postMouse(EventType::leftMouseUp, {center.x + 200, center.y});
-        postMouse(EventType::leftMouseDown, {center.x + 200, center.y});
-        postMouse(EventType::leftMouseUp, center);
-        drainEvents();
-        EXPECT_EQ(onMain([&] { return actions; }), 1);
-        // As the framework posts a double click (all four with click state 2), and as a person makes one.
-        click(center, 2);
-        click(center, 2);
-        click(center);
-        click(center, 2);
-        drainEvents();
-    });
-    EXPECT_EQ(actions, 5);
-    EXPECT_EQ(doubleActions, 2);
-    EXPECT_FALSE(button->isHighlighted());
-}
-
-TEST_F(EventsRouting, aPressOnAWindowBehindMakesItKeyAndTheActionSeesTheHeldAndTheReleasesFlags) {
+// A press on a window behind makes it key, and the action sees the held flags
+// and the release's; a button acts on a press and release on it, and once more
+// for a double click.
+TEST_F(EventsRouting, aPressOnAWindowBehindMakesItKeyAndAButtonActsOnAPressAndReleaseOnItAndOnDoubleClicks) {
     auto front = makeWindow({150, 150, 300, 200}, "Front");
     ASSERT_FALSE(platform::pointInRect(center, front->frame()));
     onQueue([&] {
-        typeKey(platform::noKeyCode, command);  // held from now on
+        pressKey(platform::noKeyCode, command);  // held from now on
         auto privateSource = platform::createEventSource(platform::EventSourceState::privateState);
         EXPECT_EQ(platform::createKeyboardEvent(privateSource, 0, true)->flags, 0u) << "a private source has its own";
-        postMouse(EventType::leftMouseDown, center);
-        postMouse(EventType::leftMouseUp, center, 1, shift);
-        typeKey(platform::noKeyCode, 0);
+        postMouseAt(EventType::leftMouseDown, center);
+        postMouseAt(EventType::leftMouseUp, center, 1, shift);
+        pressKey(platform::noKeyCode, 0);
+        // Released outside, or pressed outside: no click.
+        postMouseAt(EventType::leftMouseDown, center);
+        postMouseAt(EventType::leftMouseUp, {center.x + 200, center.y});
+        postMouseAt(EventType::leftMouseDown, {center.x + 200, center.y});
+        postMouseAt(EventType::leftMouseUp, center);
+        drainEvents();
+        EXPECT_EQ(onMain([&] { return actions; }), 1);
+        EXPECT_EQ(onMain([&] { return flagsAtAction; }), shift);
+        // As the framework posts a double click (all four with click state 2), and as a person makes one.
+        pressAt(center, 2);
+        pressAt(center, 2);
+        pressAt(center);
+        pressAt(center, 2);
         drainEvents();
     });
     EXPECT_TRUE(window->isKeyWindow());
     EXPECT_EQ(desktop::Application::shared()->orderedWindows().front(), window);
-    EXPECT_EQ(actions, 1);
     EXPECT_EQ(posted({EventType::leftMouseDown}).at(0).event.flags, command) << "held modifiers reach new HID events";
-    EXPECT_EQ(flagsAtAction, shift);
+    EXPECT_EQ(actions, 5);
+    EXPECT_EQ(doubleActions, 2);
+    EXPECT_FALSE(button->isHighlighted());
 }
 
 TEST_F(EventsRouting, aCommandKeyPerformsTheMainMenuItemInsteadOfTyping) {
@@ -79,10 +74,10 @@ TEST_F(EventsRouting, aCommandKeyPerformsTheMainMenuItemInsteadOfTyping) {
     auto field = add<desktop::TextField>(window->desktopContentView(), Rect{20, 200, 200, 24});
     field->beginEditing();
     onQueue([&] {
-        typeKey(1, command);          // command-S
-        typeKey(1, command | shift);  // command-shift-S
-        typeKey(1);                   // a plain s types into the field
-        typeKey(2, command);          // command-D: no item, nothing happens
+        pressKey(1, command);          // command-S
+        pressKey(1, command | shift);  // command-shift-S
+        pressKey(1);                   // a plain s types into the field
+        pressKey(2, command);          // command-D: no item, nothing happens
         drainEvents();
     });
     EXPECT_EQ(saves, 1);

@@ -21,7 +21,7 @@ protected:
     }
     // Clicks the pop-up button (from the test queue) and waits until its menu tracks.
     void open() {
-        click(onMain([&] { return centerOnScreen(*popUp); }));
+        pressAt(onMain([&] { return centerOnScreen(*popUp); }));
         ASSERT_TRUE(eventually([&] { return Menu::trackingMenu() == menu; }));
     }
     bool closed() { return eventually([] { return Menu::trackingMenu() == nullptr; }); }
@@ -42,7 +42,7 @@ TEST_F(PopUpMenu, theMenuTracksInANestedLoopThatServesTheMainQueueAndARowClickCh
         open();
         drainEvents();  // the release of the opening click leaves the menu open
         EXPECT_EQ(onMain([] { return desktop::RunLoop::main().currentMode(); }), platform::RunLoopMode::eventTracking);
-        click(onMain([&] { return rowCenter(*menu, 1); }));
+        pressAt(onMain([&] { return rowCenter(*menu, 1); }));
         EXPECT_TRUE(closed());
     });
     EXPECT_EQ(popUp->titleOfSelectedItem(), "Green");
@@ -55,10 +55,10 @@ TEST_F(PopUpMenu, theMenuTracksInANestedLoopThatServesTheMainQueueAndARowClickCh
 TEST_F(PopUpMenu, aClickOutsideEscapeAndCancelFromAnotherThreadCloseItChoosingNothing) {
     onQueue([&] {
         open();
-        click({10, 10});
+        pressAt({10, 10});
         EXPECT_TRUE(closed());
         open();
-        typeKey(53);  // Escape
+        pressKey(53);  // Escape
         EXPECT_TRUE(closed());
         open();
         auto other = Menu::make("Other");

@@ -30,7 +30,7 @@ TEST_F(StatusBar, itemsLineUpFromTheRightOfTheMenuBarAndSendTheirActions) {
 
     int chosen = 0;
     first->setAction([&] { ++chosen; });
-    click(centerOnScreen(*std::dynamic_pointer_cast<desktop::View>(first->button())));
+    pressAt(centerOnScreen(*std::dynamic_pointer_cast<desktop::View>(first->button())));
     pumpMainLoop(0.05);
     EXPECT_EQ(chosen, 1);
     EXPECT_EQ(desktop::Application::shared()->keyWindow(), key);

@@ -23,25 +23,21 @@ struct Scene {
         Scene s;
         s.window = testsupport::makeWindow({100, 100, 500, 400}, "Scene");
         auto content = s.window->desktopContentView();
-        auto named = [](std::shared_ptr<desktop::View> view, const std::string& name) {
-            view->addMethod("hbViewName", [name](platform::Object&, const platform::Value&) { return platform::Value(name); });
-            return view;
-        };
-        s.ok = named(addView<desktop::Button>(content, Rect{20, 340, 80, 24}, "OK"), "OK");
-        for (int i = 0; i < 3; ++i) s.rows[i] = named(addView<desktop::Button>(content, Rect{20.0 + 90 * i, 300, 80, 24}), "Row");
-        auto toolbar = named(addView<desktop::View>(content, Rect{300, 290, 180, 40}), "Toolbar");
+        s.ok = name(addView<desktop::Button>(content, Rect{20, 340, 80, 24}, "OK"), "OK");
+        for (int i = 0; i < 3; ++i) s.rows[i] = name(addView<desktop::Button>(content, Rect{20.0 + 90 * i, 300, 80, 24}), "Row");
+        auto toolbar = name(addView<desktop::View>(content, Rect{300, 290, 180, 40}), "Toolbar");
         s.toolButton = addView<desktop::Button>(toolbar, Rect{10, 8, 60, 24});
         auto field = addView<desktop::TextField>(content, Rect{20, 240, 150, 24});
         auto otherField = addView<desktop::TextField>(content, Rect{180, 240, 150, 24});
         field->setNextKeyView(otherField);
-        s.field = named(field, "Field");
-        s.otherField = named(otherField, "Other");
-        s.volume = named(addView<desktop::Slider>(content, Rect{20, 200, 200, 20}, 0, 100, 0), "Volume");
+        s.field = name(field, "Field");
+        s.otherField = name(otherField, "Other");
+        s.volume = name(addView<desktop::Slider>(content, Rect{20, 200, 200, 20}, 0, 100, 0), "Volume");
         s.plainSlider = addView<desktop::Slider>(content, Rect{250, 200, 100, 20}, 0, 100, 0);
         auto colours = desktop::Menu::make("Colour");
         for (const char* title : {"Red", "Green"}) colours->addItem(desktop::MenuItem::make(title));
-        s.colour = named(addView<desktop::PopUpButton>(content, Rect{20, 150, 150, 26}, colours), "Colour");
-        s.hostile = named(addView<desktop::Button>(content, Rect{360, 340, 100, 24}), "say \"hi\" \\");
+        s.colour = name(addView<desktop::PopUpButton>(content, Rect{20, 150, 150, 26}, colours), "Colour");
+        s.hostile = name(addView<desktop::Button>(content, Rect{360, 340, 100, 24}), "say \"hi\" \\");
 
         auto mainMenu = desktop::Menu::make("Main");
         auto file = desktop::MenuItem::make("File");
@@ -56,10 +52,7 @@ struct Scene {
     }
 };
 
-Point centre(const std::shared_ptr<desktop::View>& view) {
-    auto rect = view->desktopWindow()->convertRectToScreen(view->convertRectToWindow(view->bounds()));
-    return {rect.midX(), rect.midY()};
-}
+Point centre(const std::shared_ptr<desktop::View>& view) { return centerOnScreen(*view); }
 Point plus(Point p, double dx, double dy = 0) { return {p.x + dx, p.y + dy}; }
 void drag(Point from, double dx) {
     postMouseAt(EventType::leftMouseDown, from);
@@ -182,7 +175,7 @@ protected:
         JTKTestSuite::setRecorder(recorder);
         if (backdate) recorder->backdateStart(JTKRecorder::startDelay);
         gestures(scene);
-        settle();
+        drainEvents();
         recorder->stop();
         std::vector<std::string> statements;
         std::istringstream lines(readFile(file));
@@ -193,7 +186,6 @@ protected:
         }
         return statements;
     }
-    static void settle() { EXPECT_TRUE(settleEvents()); }
     ScratchFolder folder;
 };
 
@@ -210,7 +202,7 @@ TEST_F(RecorderCaptureRules, eventsInTheFirstSecondAreNotRecorded) {
     auto statements = record(
         [](Scene& s) {
             pressAt(centre(s.ok));
-            settle();
+            drainEvents();
             std::dynamic_pointer_cast<JTKRecorder>(JTKTestSuite::recorder())->backdateStart(JTKRecorder::startDelay);
             pressAt(centre(s.rows[1]));
         },

@@ -20,12 +20,7 @@ protected:
     // Chooses the item as a person does: a press and a release on its button.
     static void chooseItem() {
         auto button = std::dynamic_pointer_cast<desktop::View>(controller().recordMenuItem()->button());
-        click(centerOnScreen(*button));
-    }
-    // Runs the main loop until the condition holds (for up to 10 s).
-    static bool pumpUntil(const std::function<bool()>& condition) {
-        for (int i = 0; i < 1000 && !condition(); ++i) pumpMainLoop(0.01);
-        return condition();
+        pressAt(centerOnScreen(*button));
     }
     static void postStatus(const platform::Value& object) {
         platform::defaultNotificationCenter().post(JTKTestSuiteStatusUpdate, object);
@@ -63,11 +58,11 @@ TEST_F(RecorderController, startsAndStopsARecordingFromItsStatusItem) {
     auto ok = add<desktop::Button>(window->desktopContentView(), Rect{20, 20, 80, 24}, "OK");
     name(ok, "OK");
     chooseItem();
-    ASSERT_TRUE(pumpUntil([] { return JTKTestSuite::recording() && title() == "Stop Recording..."; }));
+    ASSERT_TRUE(waitFor([] { return JTKTestSuite::recording() && title() == "Stop Recording..."; }));
     std::dynamic_pointer_cast<JTKRecorder>(JTKTestSuite::recorder())->backdateStart(JTKRecorder::startDelay);
-    click(centerOnScreen(*ok));
+    pressAt(centerOnScreen(*ok));
     chooseItem();  // its press is no click on a target
-    ASSERT_TRUE(pumpUntil([] { return !JTKTestSuite::recording() && title() == "Record UX Test"; }));
+    ASSERT_TRUE(waitFor([] { return !JTKTestSuite::recording() && title() == "Record UX Test"; }));
     EXPECT_EQ(readFile(file), head + "\nJTK_TEST(testRecording) {\n    element(\"OK\").click();\n}\nJTK_TEST(testA) {}\n");
 }
 
@@ -76,19 +71,20 @@ TEST_F(RecorderController, aRecordingWhoseFileCannotBeWrittenStopsWithOneLine) {
     writeFile(file, "class func jtkThisFilePath() {}\n");
     controller().configure(file);
     chooseItem();
-    ASSERT_TRUE(pumpUntil([] { return JTKTestSuite::recording(); }));
+    ASSERT_TRUE(waitFor([] { return JTKTestSuite::recording(); }));
     std::string written = readFile(file);
     std::dynamic_pointer_cast<JTKRecorder>(JTKTestSuite::recorder())->backdateStart(JTKRecorder::startDelay);
     // The file's place becomes a folder: no write can replace it.
     fs::remove(file);
     fs::create_directories(file / "inside");
     testing::internal::CaptureStdout();
-    typeKey(48);
-    ASSERT_TRUE(pumpUntil([] { return !JTKTestSuite::recording(); }));
+    pressKey(48);
+    ASSERT_TRUE(waitFor([] { return !JTKTestSuite::recording(); }));
     std::string output = testing::internal::GetCapturedStdout();
     EXPECT_NE(output.find("cannot write the test source file " + file.string()), std::string::npos) << output;
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
     EXPECT_EQ(title(), "Record UX Test");
+    EXPECT_EQ(namesIn(folder.path), std::vector<std::string>{"Tests.swift"}) << "no temporary file is left";
     fs::remove_all(file);
     EXPECT_TRUE(written.find("    \n    class func testRecording()\n    {\n        rec()\n    }") != std::string::npos);
 }

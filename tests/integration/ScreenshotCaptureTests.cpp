@@ -34,14 +34,6 @@ Tree treeOf(const fs::path& folder) {
     return tree;
 }
 
-std::vector<std::string> namesIn(const fs::path& folder) {
-    std::vector<std::string> names;
-    if (fs::exists(folder))
-        for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 }  // namespace
 
 class ScreenshotCapture : public DesktopTest {
@@ -74,11 +66,7 @@ protected:
     }
 
     // Captures as a test run does; returns the lines printed meanwhile.
-    std::string capture() {
-        testing::internal::CaptureStdout();
-        JTKScreenshotCapture::captureScreenshots("Small");
-        return testing::internal::GetCapturedStdout();
-    }
+    std::string capture() { return capturedStdout([] { JTKScreenshotCapture::captureScreenshots("Small"); }); }
 
     ScratchFolder scratch;
     fs::path root = scratch.path, testFolder;

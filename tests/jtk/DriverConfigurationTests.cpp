@@ -4,6 +4,7 @@
 
 #include "JTK/JTKRegistry.h"
 #include "run/JTKRunConfiguration.h"
+#include "tests/support/TestFiles.h"
 
 using namespace jtk;
 
@@ -62,9 +63,8 @@ TEST(DriverOptions, unknownOptionIsDroppedAloneAndNamed) {
                                      {Value("testB"), Value(ValueDictionary{{Value("order"), Value(2)}})},
                                      {Value("testC"), Value(ValueDictionary{{Value(int64_t(0)), Value(true)}})},
                                  }))};
-    testing::internal::CaptureStdout();
-    auto merged = jtkMergeTestOptions(methods);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    JTKTestOptions merged;
+    EXPECT_EQ(testsupport::capturedStdout([&] { merged = jtkMergeTestOptions(methods); }),
               "Ignoring unknown option 7 of testA in jtkTestOptions\n"
               "Ignoring unknown option \"order\" of testB in jtkTestOptions\n");
     EXPECT_EQ(jtkTestOrder(merged, "testA"), 4);

@@ -4,7 +4,7 @@
 // and grants it 1.25 s later; "nodata"/"noshots" drop the test data/screenshot
 // path; "showalert" prints the final alert's texts once it is up. In testEnd:
 // "end" calls endTests, "fatal" makes a fatal stop, "check" fails a check,
-// "sigterm" sends SIGTERM, "exit" calls exit(3), "quit" quits with status 4,
+// "exit" calls exit(3), "quit" quits with status 4,
 // "throw" throws past everyone, "abort" aborts, "rebuilt" replaces the
 // executable as a rebuild does, and "wait" writes the process id to the file
 // "ready" and waits for a file "go". DRIVER_TEST_DATA and DRIVER_SCREENSHOTS
@@ -31,6 +31,7 @@
 #include "elements/JTKViewTexts.h"
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/ProcessInfo.h"
+#include "JTK/platform/Application.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
 
@@ -68,7 +69,8 @@ JTK_PROVIDER(jtkThisFilePath) { return platform::Value(__FILE__); }
 
 JTK_PROVIDER(jtkLaunchShellCommands) {
     // The second command shows that the test data is in place before launch commands run.
-    return platform::Value(platform::ValueList{"echo launched", "ls \"$XDG_DATA_HOME/driverTestApp\"", "true"});
+    auto list = "ls \"$XDG_DATA_HOME/" + platform::sharedApplication()->name() + "\"";
+    return platform::Value(platform::ValueList{"echo launched", list, "true"});
 }
 JTK_PROVIDER(jtkTeardownShellCommands) { return platform::Value(platform::ValueList{"echo 'teardown \"done\"'"}); }
 
@@ -99,7 +101,7 @@ JTK_METHOD(jtkSetup) {
 }
 
 JTK_TEST(testA) {
-    std::ifstream in(std::string(std::getenv("XDG_DATA_HOME")) + "/driverTestApp/a.txt");
+    std::ifstream in(*JTKTestSuite::appSupportURL() / "a.txt");
     std::string content;
     std::getline(in, content);
     jtkPrintLine("testA sees " + content);
@@ -127,10 +129,6 @@ JTK_TEST(testEnd) {
     if (hasFlag("check")) {
         std::string shown = "Count: 1";
         JTK_CHECK_EQ(shown, "Count: 2");
-    }
-    if (hasFlag("sigterm")) {
-        kill(getpid(), SIGTERM);
-        sleepForever();
     }
     if (hasFlag("exit")) std::exit(3);
     if (hasFlag("quit")) {

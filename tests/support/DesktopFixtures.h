@@ -33,6 +33,7 @@
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Value.h"
 #include "run/JTKMainThread.h"
+#include "tests/support/PostedGestures.h"
 
 using namespace jtk;
 
@@ -58,6 +59,20 @@ std::shared_ptr<V> addView(const std::shared_ptr<desktop::View>& parent, Args&&.
     auto view = std::make_shared<V>(std::forward<Args>(args)...);
     parent->addSubview(view);
     return view;
+}
+// Gives the view a method by name, as an application does; name() gives it its name.
+inline void answer(const std::shared_ptr<desktop::View>& view, const std::string& selector, platform::Value value) {
+    view->addMethod(selector, [value](platform::Object&, const platform::Value&) { return value; });
+}
+template <class V>
+std::shared_ptr<V> name(const std::shared_ptr<V>& view, const std::string& text) {
+    answer(view, "hbViewName", text);
+    return view;
+}
+// The centre of a view on screen (main thread).
+inline Point centerOnScreen(const desktop::View& view) {
+    auto rect = view.desktopWindow()->convertRectToScreen(view.convertRectToWindow(view.bounds()));
+    return {rect.midX(), rect.midY()};
 }
 
 class DesktopTest : public ::testing::Test {
@@ -86,11 +101,6 @@ protected:
     static std::shared_ptr<V> add(const std::shared_ptr<desktop::View>& parent, Args&&... args) {
         return addView<V>(parent, std::forward<Args>(args)...);
     }
-    // Gives the view a method by name, as an application does.
-    static void answer(const std::shared_ptr<desktop::View>& view, const std::string& selector, platform::Value value) {
-        view->addMethod(selector, [value](platform::Object&, const platform::Value&) { return value; });
-    }
-    static void name(const std::shared_ptr<desktop::View>& view, const std::string& text) { answer(view, "hbViewName", text); }
 
     // Services the main run loop for a while (main thread only).
     static void pumpMainLoop(double seconds) { desktop::RunLoop::main().runFor(seconds); }
@@ -110,64 +120,21 @@ protected:
         ASSERT_TRUE(finished.load()) << "the test body did not finish within 60 s";
     }
     static auto onMain(auto&& work) { return jtkOnMainThread(work); }
-    // Polls a condition until it holds, for up to 10 s; eventually() reads it on the main thread.
+    // Polls a condition until it holds, for up to 10 s, servicing the main run
+    // loop meanwhile when called on the main thread; eventually() reads it there.
     static bool waitFor(const std::function<bool()>& condition) {
         auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        for (; !condition(); std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+        while (!condition()) {
             if (std::chrono::steady_clock::now() > deadline) return false;
+            platform::isMainThread() ? pumpMainLoop(0.01) : std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         return true;
     }
     static bool eventually(const std::function<bool()>& condition) { return waitFor([&] { return onMain(condition); }); }
-    // Waits (off the main thread) until every event posted so far has been
-    // dispatched: a marker key event follows them and a monitor swallows it.
-    static void drainEvents() {
-        constexpr uint16_t markerKey = 0xFFFE;
-        std::atomic<bool> seen{false};
-        auto app = desktop::Application::shared();
-        auto token = app->addLocalMonitorForEvents(platform::eventMaskBit(EventType::keyUp), [&](auto event) {
-            if (event->keyCode != markerKey) return event;
-            seen = true;
-            return std::shared_ptr<platform::Event>{};
-        });
-        auto source = platform::createEventSource(platform::EventSourceState::privateState);
-        platform::postEventToPid(::getpid(), *platform::createKeyboardEvent(source, markerKey, false));
-        EXPECT_TRUE(waitFor([&] { return seen.load(); })) << "posted events were not dispatched";
-        app->removeMonitor(token);
-    }
-
-    // Posts a mouse event at a screen point to the HID tap; it keeps the held flags unless flags are given.
-    static void postMouse(EventType type, Point screenPoint, int64_t clickState = 1, std::optional<uint64_t> flags = {}) {
-        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
-        auto event = platform::createMouseEvent(source, type, desktop::WindowServer::eventPointFromScreenPoint(screenPoint),
-                                                platform::MouseButton::left);
-        event->clickState = clickState;
-        if (flags) event->flags = *flags;
-        platform::postEvent(platform::EventTap::hid, *event);
-    }
-    static void click(Point screenPoint, int64_t clickState = 1) {
-        postMouse(EventType::leftMouseDown, screenPoint, clickState);
-        postMouse(EventType::leftMouseUp, screenPoint, clickState);
-    }
-    // Posts a key press and release to this process; noKeyCode with flags posts a change of the held modifiers.
-    static void typeKey(uint16_t keyCode, uint64_t flags = 0, const std::string& text = {}) {
-        auto source = platform::createEventSource(platform::EventSourceState::hidSystemState);
-        for (bool down : {true, false}) {
-            auto event = platform::createKeyboardEvent(source, keyCode, down);
-            event->flags = flags;
-            if (!text.empty()) platform::keyboardEventSetUnicodeString(*event, text);
-            if (keyCode != platform::noKeyCode) {
-                platform::postEventToPid(::getpid(), *event);
-            } else if (down) {
-                event->type = EventType::flagsChanged;
-                platform::postEvent(platform::EventTap::hid, *event);
-            }
-        }
-    }
-    // The centre of a view on screen (main thread).
-    static Point centerOnScreen(const desktop::View& view) {
-        auto rect = view.desktopWindow()->convertRectToScreen(view.convertRectToWindow(view.bounds()));
-        return {rect.midX(), rect.midY()};
-    }
+    // The gestures of PostedGestures.h under the names some tests know them by.
+    static void postMouse(EventType type, Point screenPoint) { postMouseAt(type, screenPoint); }
+    static void click(Point screenPoint) { pressAt(screenPoint); }
+    static void drainEvents() { EXPECT_TRUE(settleEvents()) << "posted events were not dispatched"; }
 
     // The events posted through the window server, optionally only some types.
     static std::vector<Posted> posted(std::vector<EventType> types = {}) {

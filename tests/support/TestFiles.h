@@ -3,14 +3,17 @@
 // undone when the test ends.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace testsupport {
 
@@ -24,6 +27,36 @@ inline std::string readFile(const fs::path& path) {
 inline void writeFile(const fs::path& path, const std::string& bytes) {
     fs::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// Every file below a folder as "relative/path" (with "=content" when asked), sorted.
+inline std::vector<std::string> filesBelow(const fs::path& folder, bool withContents = false) {
+    std::vector<std::string> files;
+    if (fs::exists(folder))
+        for (const auto& entry : fs::recursive_directory_iterator(folder))
+            if (entry.is_regular_file()) {
+                auto file = fs::relative(entry.path(), folder).string();
+                files.push_back(withContents ? file + "=" + readFile(entry.path()) : file);
+            }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+// The names directly in a folder, sorted.
+inline std::vector<std::string> namesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    if (fs::exists(folder))
+        for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// What a step writes to standard output.
+template <class Step>
+std::string capturedStdout(Step&& step) {
+    testing::internal::CaptureStdout();
+    step();
+    return testing::internal::GetCapturedStdout();
 }
 
 // A fresh folder under /tmp, removed with all it holds at the end of its scope.
