@@ -88,8 +88,11 @@ JTKRecorder::~JTKRecorder() {
     auto& center = platform::defaultNotificationCenter();
     for (uint64_t token : {menuObserver_, textDidEndEditingObserver_, textDidChangeObserver_})
         if (token) center.removeObserver(token);
-    if (auto application = platform::sharedApplication(); application && mainObserver_)
-        application->removeMonitor(mainObserver_);
+    // After stop() nothing is left to remove: the last reference may go on the
+    // recording's own queue while the process ends, when the application may
+    // already be gone.
+    if (mainObserver_)
+        if (auto application = platform::sharedApplication()) application->removeMonitor(mainObserver_);
 }
 
 void JTKRecorder::start() {
@@ -168,8 +171,8 @@ void JTKRecorder::endObservations() {
     removeTextObservers();
     if (menuObserver_) platform::defaultNotificationCenter().removeObserver(menuObserver_);
     menuObserver_ = 0;
-    if (auto application = platform::sharedApplication(); application && mainObserver_)
-        application->removeMonitor(mainObserver_);
+    if (mainObserver_)
+        if (auto application = platform::sharedApplication()) application->removeMonitor(mainObserver_);
     mainObserver_ = 0;
     lastClickedElement_.reset();
     elementOnMouseUp_.reset();
