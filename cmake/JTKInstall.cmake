@@ -9,7 +9,7 @@ set(JTK_INSTALL_PKGCONFIGDIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig" CACHE STRING
     "Where the installed pkg-config file goes, relative to the install prefix")
 mark_as_advanced(JTK_INSTALL_CMAKEDIR JTK_INSTALL_PKGCONFIGDIR)
 
-install(TARGETS jtk_imaging jtk_platform jtk_desktop jtk jtk_all
+install(TARGETS jtk_imaging jtk_platform jtk_services jtk_desktop jtk jtk_all
   EXPORT JTKTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -21,6 +21,7 @@ install(DIRECTORY
     ${PROJECT_SOURCE_DIR}/JTK/include/
     ${PROJECT_SOURCE_DIR}/imaging/include/
     ${PROJECT_SOURCE_DIR}/platform/include/
+    ${PROJECT_SOURCE_DIR}/services/include/
     ${PROJECT_SOURCE_DIR}/desktop/include/
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN "*.h")

@@ -6,7 +6,7 @@
 // it ends after a moment, as nobody can quit a headless application.
 #include <JTK/JTK.h>
 #include <JTK/desktop/Application.h>
-#include <JTK/desktop/ProcessInfo.h>
+#include <JTK/services/ProcessInfo.h>
 #include <JTK/desktop/Window.h>
 #include <JTK/desktop/controls/Button.h>
 #include <JTK/desktop/controls/Label.h>
@@ -42,7 +42,7 @@ std::string greet() {
 
 int main(int argc, char** argv) {
     using jtk::platform::Rect;
-    jtk::desktop::setProcessArguments(argc, argv);
+    jtk::services::setProcessArguments(argc, argv);
     auto application = jtk::desktop::Application::shared();
 
     auto window = jtk::desktop::Window::make(Rect{100, 200, 300, 120}, "Consumer");

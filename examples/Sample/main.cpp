@@ -9,11 +9,11 @@
 #include "JTK/JTKTestSuite.h"
 #include "SampleApp.h"
 #include "JTK/desktop/Application.h"
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 #include "JTK/platform/Dispatch.h"
 
 int main(int argc, char** argv) {
-    jtk::desktop::setProcessArguments(argc, argv);
+    jtk::services::setProcessArguments(argc, argv);
     auto application = jtk::desktop::Application::shared();
     sample::SampleApp app;
 

@@ -1,6 +1,6 @@
 // The notification center: delivery on the posting thread, the main queue or
 // a serial queue, and changes to the observers during delivery.
-#include "JTK/desktop/NotificationCenter.h"
+#include "JTK/services/NotificationCenter.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
@@ -12,7 +12,7 @@ namespace {
 using ServicesNotifications = DesktopTest;
 
 TEST_F(ServicesNotifications, eachObserverRunsOnItsQueueThePostingThreadInsidePostInOrder) {
-    desktop::NotificationCenter center;
+    services::NotificationCenter center;
     std::vector<std::string> inside;
     std::atomic<int> onMainCalls{0}, onQueueCalls{0};
     auto queue = platform::makeSerialQueue("observer");
@@ -41,7 +41,7 @@ TEST_F(ServicesNotifications, eachObserverRunsOnItsQueueThePostingThreadInsidePo
 }
 
 TEST_F(ServicesNotifications, handlersMayRemoveObserversAndPostAgainDuringDelivery) {
-    desktop::NotificationCenter center;
+    services::NotificationCenter center;
     std::vector<std::string> seen;
     uint64_t self = 0, later = 0;
     auto add = [&](const char* name, std::function<void()> work) {

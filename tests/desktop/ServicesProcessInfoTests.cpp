@@ -5,7 +5,7 @@
 
 #include <regex>
 
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 #include "JTK/platform/Process.h"
 #include "tests/support/TestFiles.h"
 
@@ -14,7 +14,7 @@ using namespace jtk;
 namespace {
 
 TEST(ServicesProcessInfo, theVersionComesFromOsReleaseWithDebianPointReleasesAndTheKernelsNumbers) {
-    using desktop::formatOperatingSystemVersion;
+    using services::formatOperatingSystemVersion;
     EXPECT_TRUE(std::regex_match(platform::operatingSystemVersionString(),
                                  std::regex(R"(Version \d+\.\d+ \(Build \d+(\.\d+)*\))")))
         << platform::operatingSystemVersionString();

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "JTK/desktop/UserDefaults.h"
+#include "JTK/services/UserDefaults.h"
 #include "JTK/platform/UserDefaults.h"
 #include "tests/support/TestFiles.h"
 
@@ -25,7 +25,7 @@ const platform::Date secondDayOf2001{std::chrono::system_clock::time_point(std::
 class ServicesUserDefaults : public testing::Test {
 protected:
     void SetUp() override {
-        desktop::setUserDefaultsApplicationName("ServicesTestApp");
+        services::setUserDefaultsApplicationName("ServicesTestApp");
         platform::resetStandardUserDefaults();
     }
     void TearDown() override { platform::resetStandardUserDefaults(); }
@@ -48,7 +48,7 @@ TEST_F(ServicesUserDefaults, onlySynchronizeWritesTheFileWhichTheNextUseReadsBac
                                  {"when", secondDayOf2001}, {"blob", platform::Data{{0, 0xff}}}};
     for (const auto& [key, value] : values) defaults.setObject(value, *key.text());
     ASSERT_TRUE(defaults.synchronize());
-    EXPECT_EQ(desktop::standardUserDefaultsPath(), file);
+    EXPECT_EQ(services::standardUserDefaultsPath(), file);
     EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), fs::directory_iterator()), 1) << "no temporary";
     defaults.setObject("unsaved", "flag");
     platform::resetStandardUserDefaults();

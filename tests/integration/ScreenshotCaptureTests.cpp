@@ -6,7 +6,7 @@
 
 #include <map>
 
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 #include "screenshots/JTKScreenshotCapture.h"
 #include "screenshots/JTKScreenshotNames.h"
 #include "tests/support/DesktopFixtures.h"
@@ -43,7 +43,7 @@ protected:
         // Small views must count: the threshold comes from the launch arguments.
         static char program[] = "integration_tests", threshold[] = "fileSizeThresh=300";
         static char* arguments[] = {program, threshold};
-        desktop::setProcessArguments(2, arguments);
+        services::setProcessArguments(2, arguments);
         ASSERT_EQ(fileSizeThreshold(), 300) << "the threshold was read before this fixture set it";
 
         JTKTestSuite::setJtkScreenshotsURL(root);
@@ -60,7 +60,7 @@ protected:
     }
 
     void TearDown() override {
-        desktop::setProcessArguments(0, nullptr);
+        services::setProcessArguments(0, nullptr);
         JTKTestSuite::setJtkScreenshotsURL(std::nullopt);
         DesktopTest::TearDown();
     }

@@ -39,6 +39,8 @@ struct StrokeCase {
 
 class InputKeyStroke : public testing::TestWithParam<StrokeCase> {};
 
+constexpr uint16_t textOnly = platform::noKeyCode;
+
 TEST_P(InputKeyStroke, tableKeysWithShiftForUpperCaseElseTheCharacterAsText) {
     EXPECT_EQ(jtkKeyStrokeForCharacter(GetParam().character), GetParam().expected) << GetParam().character;
 }
@@ -47,13 +49,13 @@ INSTANTIATE_TEST_SUITE_P(Characters, InputKeyStroke,
                          testing::Values(StrokeCase{"a", {0, 0, {}}}, StrokeCase{"A", {0, shift, {}}},
                                          StrokeCase{"W", {13, shift, {}}}, StrokeCase{" ", {49, 0, {}}},
                                          StrokeCase{"\t", {48, 0, {}}}, StrokeCase{"\r", {36, 0, {}}},
-                                         StrokeCase{"1", {0, 0, "1"}},
+                                         StrokeCase{"1", {textOnly, 0, "1"}},
                                          // A line break is Return, as a person types it.
                                          StrokeCase{"\n", {36, 0, {}}}, StrokeCase{"\r\n", {36, 0, {}}},
-                                         StrokeCase{"\u00C4", {0, 0, "\u00C4"}}, StrokeCase{"e\u0301", {0, 0, "e\u0301"}},
+                                         StrokeCase{"\u00C4", {textOnly, 0, "\u00C4"}}, StrokeCase{"e\u0301", {textOnly, 0, "e\u0301"}},
                                          // Lower-cased by Unicode: I with dot above gives i + a mark, no table key;
                                          // the Kelvin sign gives a plain k.
-                                         StrokeCase{"\u0130", {0, 0, "\u0130"}},
+                                         StrokeCase{"\u0130", {textOnly, 0, "\u0130"}},
                                          StrokeCase{"\u212A", {40, shift, {}}}));
 
 struct EventPointCase {

@@ -7,7 +7,7 @@
 
 #include "run/JTKRunConfiguration.h"
 #include "screenshots/JTKScreenshotNames.h"
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 
 using namespace jtk;
 
@@ -73,7 +73,7 @@ class VersionTagOfTheMachine : public testing::TestWithParam<VersionCase> {};
 // The tag drops the minor number, so point releases of one system share
 // their screenshots and another major release gets its own.
 TEST_P(VersionTagOfTheMachine, followsTheMajorRelease) {
-    auto text = desktop::formatOperatingSystemVersion(GetParam().osRelease, GetParam().debianVersion, "6.1.0-28-amd64");
+    auto text = services::formatOperatingSystemVersion(GetParam().osRelease, GetParam().debianVersion, "6.1.0-28-amd64");
     EXPECT_EQ(jtkVersionTag(text), GetParam().versionTag) << text;
 }
 

@@ -31,7 +31,7 @@
 #include "JTK/JTKTestSuite.h"
 #include "elements/JTKViewTexts.h"
 #include "JTK/desktop/Application.h"
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 #include "JTK/platform/Application.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
@@ -103,7 +103,7 @@ JTK_PROVIDER(jtkTestOptionsMore) {
 JTK_METHOD(jtkSetup) {
     setupRan = true;
     auto file = JTKRecorderController::shared().recordingFile();
-    jtkPrintLine("setup prompts=" + std::to_string(desktop::accessibilityPromptCount()) +
+    jtkPrintLine("setup prompts=" + std::to_string(services::accessibilityPromptCount()) +
                  " recorder=" + (file ? file->filename().string() : "none"));
 }
 
@@ -160,7 +160,7 @@ JTK_METHOD(tearDownAll) { jtkPrintLine("tearDownAll"); }
 JTK_METHOD(tearDown) { jtkPrintLine("tearDown"); }
 
 int main(int argc, char** argv) {
-    desktop::setProcessArguments(argc, argv);
+    services::setProcessArguments(argc, argv);
     auto application = desktop::Application::shared();
 
     platform::defaultNotificationCenter().addObserver(
@@ -175,10 +175,10 @@ int main(int argc, char** argv) {
             }
         });
 
-    if (hasFlag("untrusted")) desktop::setAccessibilityTrusted(false);
+    if (hasFlag("untrusted")) services::setAccessibilityTrusted(false);
     if (hasFlag("untrusted")) platform::dispatchAfterMain(1.25, [] {
         jtkPrintLine("trust granted");
-        desktop::setAccessibilityTrusted(true);
+        services::setAccessibilityTrusted(true);
     });
 
     JTKTestSuite::runTests();

@@ -14,7 +14,7 @@
 
 #include "JTK/desktop/Alert.h"
 #include "JTK/desktop/Application.h"
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 #include "JTK/desktop/Viewer.h"
 #include "JTK/desktop/Window.h"
 #include "JTK/desktop/controls/Button.h"
@@ -41,7 +41,7 @@ void writeRendering(const std::string& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    desktop::setProcessArguments(argc, argv);
+    services::setProcessArguments(argc, argv);
     auto application = desktop::Application::shared();
     application->setName("viewerTestApp");
 

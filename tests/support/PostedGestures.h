@@ -34,14 +34,14 @@ inline void pressAt(jtk::platform::Point screenPoint, int64_t clickState = 1, st
     postMouseAt(jtk::platform::EventType::leftMouseDown, screenPoint, clickState, flags);
     postMouseAt(jtk::platform::EventType::leftMouseUp, screenPoint, clickState, flags);
 }
-// Posts a key press and release to this process; noKeyCode with flags posts a change of the held modifiers.
+// Posts a key press and release to this process; noKeyCode without text posts a change of the held modifiers.
 inline void pressKey(uint16_t code, uint64_t flags = 0, const std::string& text = {}) {
     auto source = jtk::platform::createEventSource(jtk::platform::EventSourceState::hidSystemState);
     for (bool down : {true, false}) {
         auto event = jtk::platform::createKeyboardEvent(source, code, down);
         event->flags = flags;
         event->unicodeText = text;
-        if (code != jtk::platform::noKeyCode) {
+        if (code != jtk::platform::noKeyCode || !text.empty()) {
             jtk::platform::postEventToPid(::getpid(), *event);
         } else if (down) {
             event->type = jtk::platform::EventType::flagsChanged;

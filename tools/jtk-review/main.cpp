@@ -16,7 +16,7 @@
 
 #include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 #include "JTK/desktop/Viewer.h"
 #include "JTK/imaging/FileDifference.h"
 #include "JTK/platform/Dispatch.h"
@@ -93,7 +93,7 @@ int list(const fs::path& versionFolder) {
 // Opens the window in the viewer and runs until the person closes it (or it
 // closes itself after the last accept).
 int review(const fs::path& versionFolder, int argc, char** argv) {
-    jtk::desktop::setProcessArguments(argc, argv);
+    jtk::services::setProcessArguments(argc, argv);
     auto application = jtk::desktop::Application::shared();
     if (!jtk::desktop::attachViewer()) return fail("cannot open the viewer window (is DISPLAY set?)");
     auto controller = JTKComparisonWindow::shared();

@@ -69,7 +69,8 @@ JTKKeyStroke jtkKeyStrokeForCharacter(const std::string& character) {
     if (auto found = table.find(lower); found != table.end()) {
         return JTKKeyStroke{found->second, lower != character ? platform::eventFlags::shift : 0, {}};
     }
-    return JTKKeyStroke{0, 0, character};
+    // No key of its own: the event carries only the text (never key code 0, the A key).
+    return JTKKeyStroke{platform::noKeyCode, 0, character};
 }
 
 // JTKTestSuite's keyboard: keys and text posted to the own process, and

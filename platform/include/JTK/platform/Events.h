@@ -57,6 +57,8 @@ enum class EventTap : uint32_t { hid = 0, session = 1 };
 enum class MouseButton : uint32_t { left = 0, right = 1 };
 enum class EventField : uint32_t { mouseEventClickState = 1 };
 
+// The key code of an event that has no key of its own: a modifier change, or
+// a keyboard event that only carries the text it types.
 inline constexpr uint16_t noKeyCode = 0xFFFF;
 
 struct EventSource {

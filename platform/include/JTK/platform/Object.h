@@ -21,11 +21,16 @@ public:
     Object& operator=(const Object&) = delete;
     virtual ~Object() = default;
 
-    // Runtime class name without namespace or template decoration.
-    std::string className() const;
-    bool respondsToSelector(const std::string& selector) const;
+    // Runtime class name without namespace or template decoration. The
+    // default is the C++ dynamic type; an object that stands for another
+    // toolkit's object (a wrapper) answers with that object's class.
+    virtual std::string className() const;
+    // The default looks in the object's own methods, then in the methods
+    // added to its class name. A wrapper adds what its toolkit's object
+    // can perform by name.
+    virtual bool respondsToSelector(const std::string& selector) const;
     // Performs a method by name; none when the object does not respond.
-    Value performSelector(const std::string& selector, const Value& argument = {});
+    virtual Value performSelector(const std::string& selector, const Value& argument = {});
     // The platform's text for the object: class name and address.
     virtual std::string description() const;
 

@@ -1,12 +1,12 @@
-#include "JTK/desktop/NotificationCenter.h"
+#include "JTK/services/NotificationCenter.h"
 
 #include <algorithm>
 #include <atomic>
 
-#include "JTK/desktop/RunLoop.h"
+#include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Object.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 struct NotificationCenter::Observer {
     enum class Target { postingThread, mainQueue, serialQueue };
@@ -66,7 +66,7 @@ void NotificationCenter::deliver(const std::shared_ptr<Observer>& observer, cons
         observer->callIfActive(notification);
         break;
     case Observer::Target::mainQueue:
-        RunLoop::main().perform([observer, notification] { observer->callIfActive(notification); });
+        platform::dispatchAsyncMain([observer, notification] { observer->callIfActive(notification); });
         break;
     case Observer::Target::serialQueue:
         // The queued work holds the observer, never the queue, so that the
@@ -115,13 +115,13 @@ void NotificationCenter::removeObserver(uint64_t token) {
     }
 }
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services
 
 namespace jtk::platform {
 
 NotificationCenter& defaultNotificationCenter() {
     // Never destroyed: queues and the main loop may still post while the process ends.
-    static auto* center = new desktop::NotificationCenter;
+    static auto* center = new services::NotificationCenter;
     return *center;
 }
 

@@ -12,7 +12,7 @@
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 class NotificationCenter : public platform::NotificationCenter {
 public:
@@ -43,4 +43,4 @@ private:
     std::vector<std::shared_ptr<Observer>> observers_;  // in order of addition
 };
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services

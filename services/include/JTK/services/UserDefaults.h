@@ -13,7 +13,7 @@
 
 #include "JTK/platform/UserDefaults.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 // Names the application whose defaults are used (the executable's file name
 // until then). Call it before the defaults are first used: a different name
@@ -52,4 +52,4 @@ private:
     mutable std::optional<std::filesystem::path> unreadableFile_;
 };
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services

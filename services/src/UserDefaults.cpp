@@ -1,11 +1,11 @@
-#include "JTK/desktop/UserDefaults.h"
+#include "JTK/services/UserDefaults.h"
 
 #include <cstdlib>
 
-#include "JTK/desktop/PropertyList.h"
+#include "JTK/services/PropertyList.h"
 #include "JTK/platform/Process.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 namespace {
 
@@ -28,12 +28,6 @@ std::string executableName() {
     return code || name.empty() ? "application" : name;
 }
 
-UserDefaults& standardDefaults() {
-    // Never destroyed: other threads may use the defaults while the process ends.
-    static auto* defaults = new UserDefaults(standardUserDefaultsPath);
-    return *defaults;
-}
-
 }  // namespace
 
 void setUserDefaultsApplicationName(const std::string& name) {
@@ -49,7 +43,7 @@ void setUserDefaultsApplicationName(const std::string& name) {
         if (current.name == name) return;
         current.name = name;
     }
-    standardDefaults().reset();
+    platform::resetStandardUserDefaults();
 }
 
 std::string userDefaultsApplicationName() {
@@ -160,12 +154,4 @@ void UserDefaults::reset() {
     unreadableFile_.reset();
 }
 
-}  // namespace jtk::desktop
-
-namespace jtk::platform {
-
-UserDefaults& standardUserDefaults() { return desktop::standardDefaults(); }
-
-void resetStandardUserDefaults() { desktop::standardDefaults().reset(); }
-
-}  // namespace jtk::platform
+}  // namespace jtk::services

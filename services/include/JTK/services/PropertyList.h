@@ -11,7 +11,7 @@
 
 #include "JTK/platform/UserDefaults.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 // True when the value can be written to a property list: no none, no object
 // references, dictionaries with text keys only. Otherwise reason says why.
@@ -23,4 +23,4 @@ bool isPropertyListValue(const platform::Value& value, std::string* reason = nul
 bool writePropertyListDictionary(const std::filesystem::path& path, const platform::ValueDictionary& dictionary,
                                  std::string& error);
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services

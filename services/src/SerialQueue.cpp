@@ -1,8 +1,8 @@
-#include "JTK/desktop/SerialQueue.h"
+#include "JTK/services/SerialQueue.h"
 
 #include <future>
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 SerialQueue::SerialQueue(std::string label) : label_(std::move(label)) {
     thread_ = std::thread([this] { runWorker(); });
@@ -44,7 +44,7 @@ void SerialQueue::sync(std::function<void()> work) {
 void SerialQueue::after(double seconds, std::function<void()> work) {
     {
         std::lock_guard lock(mutex_);
-        delayed_.emplace(Clock::now() + RunLoop::toDuration(seconds), std::move(work));
+        delayed_.emplace(Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds)), std::move(work));
     }
     wake_.notify_all();
 }
@@ -72,12 +72,12 @@ void SerialQueue::runWorker() {
     }
 }
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services
 
 namespace jtk::platform {
 
 std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label) {
-    return std::make_shared<desktop::SerialQueue>(label);
+    return std::make_shared<services::SerialQueue>(label);
 }
 
 }  // namespace jtk::platform

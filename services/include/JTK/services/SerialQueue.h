@@ -3,19 +3,21 @@
 // thread after the item in progress and joins it.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <map>
 #include <mutex>
 #include <thread>
 
-#include "JTK/desktop/RunLoop.h"
 #include "JTK/platform/Dispatch.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 class SerialQueue : public platform::SerialQueue {
 public:
+    using Clock = std::chrono::steady_clock;
+
     explicit SerialQueue(std::string label);
     ~SerialQueue() override;
 
@@ -37,4 +39,4 @@ private:
     std::thread thread_;
 };
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services

@@ -1,4 +1,4 @@
-#include "JTK/desktop/ProcessInfo.h"
+#include "JTK/services/ProcessInfo.h"
 
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -13,7 +13,7 @@
 #include <optional>
 #include <sstream>
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 namespace {
 
@@ -124,44 +124,35 @@ void setAccessibilityTrusted(bool isTrusted) { trusted = isTrusted; }
 
 int accessibilityPromptCount() { return promptCount.load(); }
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services
 
 namespace jtk::platform {
 
 std::vector<std::string> processArguments() {
-    auto& store = desktop::argumentStore();
+    auto& store = services::argumentStore();
     {
         std::lock_guard lock(store.mutex);
         if (store.arguments) return *store.arguments;
     }
-    return desktop::readCommandLine("/proc/self/cmdline");
+    return services::readCommandLine("/proc/self/cmdline");
 }
 
 int processIdentifier() { return static_cast<int>(::getpid()); }
 
 std::string operatingSystemVersionString() {
-    std::string osRelease = desktop::readFile("/etc/os-release");
-    if (osRelease.empty()) osRelease = desktop::readFile("/usr/lib/os-release");
+    std::string osRelease = services::readFile("/etc/os-release");
+    if (osRelease.empty()) osRelease = services::readFile("/usr/lib/os-release");
     struct utsname system {};
     std::string kernel = ::uname(&system) == 0 ? system.release : "";
-    return desktop::formatOperatingSystemVersion(osRelease, desktop::readFile("/etc/debian_version"), kernel);
+    return services::formatOperatingSystemVersion(osRelease, services::readFile("/etc/debian_version"), kernel);
 }
 
-std::optional<std::filesystem::path> applicationSupportDirectory() {
-    // The XDG base-directory rule: a relative $XDG_DATA_HOME is ignored.
-    if (const char* dataHome = std::getenv("XDG_DATA_HOME"); dataHome && *dataHome == '/')
-        return std::filesystem::path(dataHome);
-    if (const char* home = std::getenv("HOME"); home && *home == '/')
-        return std::filesystem::path(home) / ".local" / "share";
-    return std::nullopt;
-}
-
-bool isProcessTrusted() { return desktop::trusted.load(); }
+bool isProcessTrusted() { return services::trusted.load(); }
 
 bool isProcessTrustedWithOptions(bool prompt) {
-    bool isTrusted = desktop::trusted.load();
+    bool isTrusted = services::trusted.load();
     // The desktop has no permission dialog: a prompt is only counted, silently.
-    if (prompt && !isTrusted) ++desktop::promptCount;
+    if (prompt && !isTrusted) ++services::promptCount;
     return isTrusted;
 }
 

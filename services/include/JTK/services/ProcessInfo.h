@@ -9,7 +9,7 @@
 
 #include "JTK/platform/Process.h"
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 // Called by the application's main with its own arguments. Until then (or
 // after a call with argc 0) the arguments are read from /proc/self/cmdline.
@@ -29,4 +29,4 @@ void setAccessibilityTrusted(bool trusted);
 // have shown the permission prompt.
 int accessibilityPromptCount();
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services

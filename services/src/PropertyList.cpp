@@ -1,4 +1,4 @@
-#include "JTK/desktop/PropertyList.h"
+#include "JTK/services/PropertyList.h"
 
 #include <plist/plist.h>
 #include <unistd.h>
@@ -15,7 +15,7 @@
 #include <limits>
 #include <memory>
 
-namespace jtk::desktop {
+namespace jtk::services {
 
 namespace {
 
@@ -248,7 +248,7 @@ bool writePropertyListDictionary(const std::filesystem::path& path, const platfo
     return complete;
 }
 
-}  // namespace jtk::desktop
+}  // namespace jtk::services
 
 namespace jtk::platform {
 
@@ -264,9 +264,9 @@ std::optional<ValueDictionary> readPropertyListDictionary(const std::filesystem:
 
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
-    desktop::PlistPointer owner(root);
+    services::PlistPointer owner(root);
     if (!root || plist_get_node_type(root) != PLIST_DICT) return std::nullopt;
-    return desktop::toDictionary(root);
+    return services::toDictionary(root);
 }
 
 }  // namespace jtk::platform
