@@ -15,3 +15,8 @@ pkg_check_modules(PANGOCAIRO REQUIRED IMPORTED_TARGET GLOBAL pangocairo pangoft2
 pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET GLOBAL fontconfig)
 # The on-screen viewer of the embedded desktop: a window on the person's display.
 pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET GLOBAL sdl2)
+# The Qt Widgets backend: Qt 6 for applications built with JTK, Qt 5.15 for
+# loading JTK into programs built against it. Either may be absent; the
+# backend is then not built.
+find_package(Qt6 COMPONENTS Widgets Test QUIET)
+find_package(Qt5 5.15 COMPONENTS Widgets Test QUIET)
