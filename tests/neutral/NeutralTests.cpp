@@ -1,0 +1,150 @@
+// The framework on any backend: searches, geometry, clicks, typing, drags,
+// waits, gone views and captures, against windows built with the toolkit's
+// own controls. Compiled once per backend (see NeutralUi.h); every check
+// must hold on each.
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <thread>
+
+#include "JTK/JTK.h"
+#include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Images.h"
+#include "run/JTKMainThread.h"
+#include "tests/neutral/NeutralUi.h"
+
+using namespace jtk;
+using namespace neutral;
+
+namespace {
+
+// One window and a control of each kind, in platform coordinates (y up).
+class Neutral : public testing::Test {
+protected:
+    void SetUp() override {
+        closeAllWindows();
+        window = makeWindow(windowContent, "Neutral");
+        auto content = window->contentView();
+        save = add(Kind::button, content, {20, 250, 100, 30}, "Save");
+        setName(save, "SaveButton");
+        count = add(Kind::label, content, {140, 255, 120, 20}, "Count: 0");
+        first = add(Kind::textField, content, {20, 200, 150, 24});
+        last = add(Kind::textField, content, {200, 200, 150, 24});
+        volume = add(Kind::slider, content, {20, 140, 202, 24});
+        setName(volume, "Volume");
+        pad = add(Kind::pressRecorder, content, {250, 20, 100, 80});
+        setName(pad, "Pad");
+    }
+    void TearDown() override { closeAllWindows(); }
+
+    const Rect windowContent{40, 60, 420, 320};
+    std::shared_ptr<platform::Window> window;
+    ViewPtr save, count, first, last, volume, pad;
+};
+
+TEST_F(Neutral, everyLookupFormFindsItsViewAndHiddenViewsAreNotFound) {
+    const std::vector<std::pair<std::string, ViewPtr>> lookups{
+        {"SaveButton", save},                  // name
+        {"Save", save},                        // title
+        {"Count: 0", count},                   // value
+        {className(Kind::slider), volume},     // type name
+        {className(Kind::pressRecorder), pad}};
+    onQueue([&] {
+        for (const auto& [lookup, view] : lookups) EXPECT_EQ(JTKTestSuite::element(lookup).view(), view) << lookup;
+        auto saveElement = JTKTestSuite::element("Save");
+        EXPECT_EQ(JTKTestSuite::element(saveElement.elementLookupDescription()).view(), save);
+        EXPECT_EQ(saveElement.typeName(), className(Kind::button));
+        EXPECT_EQ(saveElement.name(), "SaveButton");
+        auto main = JTKTestSuite::appWindow("Neutral");
+        EXPECT_EQ(main.subElementWithType(JTKClass{className(Kind::slider)}).view(), volume);
+        EXPECT_EQ(main.subElements(className(Kind::textField)).size(), 2u);
+        EXPECT_TRUE(saveElement.superElement() == main);
+        jtkOnMainThread([&] { setHidden(count, true); });
+        EXPECT_FALSE(JTKTestSuite::elementExists("Count: 0"));
+    });
+}
+
+TEST_F(Neutral, framesOnScreenAreThoseTheViewsWereGiven) {
+    onQueue([&] {
+        EXPECT_EQ(JTKTestSuite::appWindow("Neutral").frame(), windowContent);
+        EXPECT_EQ(JTKTestSuite::element("Save").frame(), (Rect{60, 310, 100, 30}));
+        EXPECT_EQ(JTKTestSuite::element("Pad").frameInWindow(), (Rect{250, 20, 100, 80}));
+    });
+}
+
+struct ClickCase {
+    const char* label;
+    JTKClickOptions options;
+    std::vector<int> clickCounts;  // 0: not checked (the first press of a double click)
+    uint64_t flags;
+    friend void PrintTo(const ClickCase& c, std::ostream* out) { *out << c.label; }
+};
+
+class NeutralClick : public Neutral, public testing::WithParamInterface<ClickCase> {};
+
+TEST_P(NeutralClick, reachesTheViewWithItsClickCountAndModifiers) {
+    onQueue([&] { JTKTestSuite::element("Pad").click(GetParam().options); });
+    auto seen = jtkOnMainThread([&] { return presses(pad); });
+    ASSERT_EQ(seen.size(), GetParam().clickCounts.size());
+    for (size_t i = 0; i < seen.size(); ++i) {
+        if (GetParam().clickCounts[i]) {
+            EXPECT_EQ(seen[i].clickCount, GetParam().clickCounts[i]) << i;
+        }
+        EXPECT_EQ(seen[i].flags, GetParam().flags) << i;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Gestures, NeutralClick,
+                         testing::Values(ClickCase{"single", {}, {1}, 0},
+                                         ClickCase{"shift", {.modifierFlags = shift}, {1}, shift},
+                                         ClickCase{"command", {.modifierFlags = command}, {1}, command},
+                                         ClickCase{"double", {.doubleClick = true}, {0, 2}, 0}),
+                         [](const auto& info) { return std::string(info.param.label); });
+
+TEST_F(Neutral, clicksRunAButtonsActionOncePerClick) {
+    onQueue([&] { JTKTestSuite::element("Save").click().click(); });
+    EXPECT_EQ(jtkOnMainThread([&] { return actionCount(save); }), 2);
+}
+
+TEST_F(Neutral, typedTextGoesToTheClickedFieldAndTabMovesOn) {
+    onQueue([&] {
+        JTKTestSuite::element(className(Kind::textField)).click();
+        JTKTestSuite::typeText("Ad\u00e9 \"A\"\tL\u00f6we");
+    });
+    EXPECT_EQ(jtkOnMainThread([&] { return text(first); }), "Ad\u00e9 \"A\"");
+    EXPECT_EQ(jtkOnMainThread([&] { return text(last); }), "L\u00f6we");
+}
+
+TEST_F(Neutral, aDragMovesTheSliderWithTheMouse) {
+    onQueue([&] { JTKTestSuite::element("Volume").click({.offset = {-100, 0}, .mouseUp = false}).drag({100, 0}); });
+    double value = jtkOnMainThread([&] { return sliderValue(volume); });
+    EXPECT_GT(value, 35);
+    EXPECT_LT(value, 65);
+}
+
+TEST_F(Neutral, aWaitSeesAViewThatAppearsLaterAndAGoneViewLeavesItsElementEmpty) {
+    ViewPtr late;
+    platform::dispatchAfterMain(0.3, [&] { late = add(Kind::label, window->contentView(), {20, 20, 80, 20}, "Late"); });
+    onQueue([&] {
+        EXPECT_FALSE(JTKTestSuite::elementExists("Late"));
+        auto found = JTKTestSuite::waitForExistence("Late", std::nullopt, 3.0);
+        EXPECT_EQ(found.view(), late);
+        jtkOnMainThread([&] { destroy(late); });
+        EXPECT_EQ(found.view(), nullptr);
+    });
+}
+
+TEST_F(Neutral, aCaptureIsTheViewsSizeAndTheSameTwice) {
+    auto capture = [&] {
+        auto bitmap = platform::bitmapForCachingDisplay(*window->contentView());
+        EXPECT_TRUE(bitmap && platform::cacheDisplayInBitmap(*window->contentView(), *bitmap));
+        return bitmap;
+    };
+    auto one = jtkOnMainThread(capture), two = jtkOnMainThread(capture);
+    ASSERT_TRUE(one && two);
+    EXPECT_EQ(one->width, 420u);
+    EXPECT_EQ(one->height, 320u);
+    EXPECT_TRUE(one->pixels == two->pixels);
+}
+
+}  // namespace
