@@ -148,3 +148,10 @@ TEST_F(Neutral, aCaptureIsTheViewsSizeAndTheSameTwice) {
 }
 
 }  // namespace
+
+int main(int argc, char** argv) {
+    return neutral::runOnToolkit(argc, argv, [&] {
+        testing::InitGoogleTest(&argc, argv);
+        return RUN_ALL_TESTS();
+    });
+}

@@ -53,8 +53,13 @@ std::string text(const ViewPtr& textField);
 double sliderValue(const ViewPtr& slider);
 std::vector<Press> presses(const ViewPtr& recorder);
 
+// Sets the toolkit up on this (main) thread, runs the program's body there and
+// returns its status: the tests' and the benchmarks' main.
+int runOnToolkit(int& argc, char** argv, const std::function<int()>& body);
+
 // Runs the body on a serial queue, as a test run does, while this (main)
-// thread runs the toolkit's event loop; returns when the body has finished.
+// thread runs the toolkit's event loop; returns when the body has finished,
+// and throws when it has not after 60 seconds.
 void onQueue(const std::function<void()>& body);
 
 }  // namespace neutral

@@ -1,8 +1,7 @@
 // The neutral tests' toolkit on the embedded desktop.
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <map>
+#include <stdexcept>
 
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/RunLoop.h"
@@ -43,7 +42,8 @@ V& as(const ViewPtr& view) {
 }  // namespace
 
 void closeAllWindows() {
-    for (auto& window : desktop::Application::shared()->desktopWindows()) window->close();
+    auto windows = desktop::Application::shared()->desktopWindows();  // closing changes the list
+    for (auto& window : windows) window->close();
     actionCounts().clear();
 }
 
@@ -118,13 +118,12 @@ void onQueue(const std::function<void()>& body) {
     });
     loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + std::chrono::seconds(60),
                  [&] { return finished.load(); });
-    ASSERT_TRUE(finished.load()) << "the test body did not finish within 60 s";
+    if (!finished) throw std::runtime_error("the body on the queue did not finish within 60 s");
+}
+
+int runOnToolkit(int&, char**, const std::function<int()>& body) {
+    jtk::desktop::RunLoop::main().adoptCurrentThreadAsMain();
+    return body();
 }
 
 }  // namespace neutral
-
-int main(int argc, char** argv) {
-    jtk::desktop::RunLoop::main().adoptCurrentThreadAsMain();
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
