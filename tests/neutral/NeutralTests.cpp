@@ -4,6 +4,7 @@
 // must hold on each.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
 #include <thread>
 
@@ -122,12 +123,18 @@ TEST_F(Neutral, aDragMovesTheSliderWithTheMouse) {
     EXPECT_LT(value, 65);
 }
 
+// Existence is asked once without waiting; element() waits (up to a second)
+// and honours the class: the pad also answers to "Late" but is no label.
 TEST_F(Neutral, aWaitSeesAViewThatAppearsLaterAndAGoneViewLeavesItsElementEmpty) {
     ViewPtr late;
+    setName(pad, "Late");
     platform::dispatchAfterMain(0.3, [&] { late = add(Kind::label, window->contentView(), {20, 20, 80, 20}, "Late"); });
+    const JTKClass label{className(Kind::label)};
     onQueue([&] {
-        EXPECT_FALSE(JTKTestSuite::elementExists("Late"));
-        auto found = JTKTestSuite::waitForExistence("Late", std::nullopt, 3.0);
+        EXPECT_FALSE(JTKTestSuite::elementExists("Late", label));
+        auto start = std::chrono::steady_clock::now();
+        auto found = JTKTestSuite::element("Late", label);
+        EXPECT_GE(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 0.25);
         EXPECT_EQ(found.view(), late);
         jtkOnMainThread([&] { destroy(late); });
         EXPECT_EQ(found.view(), nullptr);
