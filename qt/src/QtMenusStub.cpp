@@ -8,15 +8,6 @@
 #include "JTK/platform/Process.h"
 #include "JTK/platform/StatusBar.h"
 #include "JTK/platform/Text.h"
-#include "QtWrappers.h"
-
-namespace jtk::qt {
-
-std::shared_ptr<platform::Menu> menuFor(QMenu*) { return nullptr; }
-std::shared_ptr<platform::MenuItem> menuItemFor(QAction*) { return nullptr; }
-std::shared_ptr<platform::Menu> menuBarFor(QMenuBar*) { return nullptr; }
-
-}  // namespace jtk::qt
 
 namespace jtk::platform {
 
