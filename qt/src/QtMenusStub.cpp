@@ -2,7 +2,6 @@
 // control setters of the Qt backend, so that the core links and runs before
 // they exist. Each answers "none" or "cannot". This file goes when the real
 // ones arrive.
-#include "JTK/platform/Alert.h"
 #include "JTK/platform/Controls.h"
 #include "JTK/platform/Interface.h"
 #include "JTK/platform/Process.h"
@@ -11,22 +10,6 @@
 
 namespace jtk::platform {
 
-namespace {
-
-class NoAlert : public Alert {
-public:
-    void setMessageText(const std::string&) override {}
-    void setInformativeText(const std::string&) override {}
-    void addButtonWithTitle(const std::string&) override {}
-    int runModal() override {
-        systemLog("Alert: alerts are not available in this build of the Qt backend");
-        return 1000;
-    }
-};
-
-}  // namespace
-
-std::unique_ptr<Alert> makeAlert() { return std::make_unique<NoAlert>(); }
 bool setImage(View&, std::shared_ptr<const imaging::Image>) { return false; }
 std::shared_ptr<const imaging::Image> image(const View&) { return nullptr; }
 bool setStringValue(View&, const std::string&) { return false; }
