@@ -3,6 +3,7 @@
 // top-level actions, whose submenus are the bar's menus. Main thread only.
 #include <QAction>
 #include <QApplication>
+#include <QEvent>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
@@ -145,7 +146,27 @@ private:
     QPointer<QWidget> widget_;
 };
 
+// Posts the begin-tracking notification whenever a QMenu shows, whoever opens
+// it: a menu bar, a context menu, a button's menu.
+class MenuTrackingObserver : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show)
+            if (auto* menu = qobject_cast<QMenu*>(watched))
+                platform::defaultNotificationCenter().post(platform::menuDidBeginTrackingNotification, menuFor(menu));
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+void installMenuTrackingObserver() {
+    auto* app = QCoreApplication::instance();
+    app->installEventFilter(new MenuTrackingObserver(app));
+}
+
 }  // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(installMenuTrackingObserver)
 
 std::shared_ptr<platform::Menu> menuFor(QMenu* menu) {
     if (!menu) return nullptr;

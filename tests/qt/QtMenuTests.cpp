@@ -80,4 +80,20 @@ TEST(QtMenuTest, performingAnItemTriggersItsActionAndPostsTheNotification) {
     EXPECT_EQ(postedTitle, "Copy");
 }
 
+TEST(QtMenuTest, showingAMenuPostsBeginTracking) {
+    QMenu popup;
+    popup.addAction(QStringLiteral("Item"));
+    auto menu = jtk::qt::menuFor(&popup);
+    int posted = 0;
+    auto& center = jtk::platform::defaultNotificationCenter();
+    uint64_t token = center.addObserver(jtk::platform::menuDidBeginTrackingNotification, menu,
+                                        jtk::platform::DeliveryQueue::postingThread,
+                                        [&](const jtk::platform::Notification&) { ++posted; });
+    popup.popup(QPoint(10, 10));
+    menu->cancelTracking();
+    center.removeObserver(token);
+    EXPECT_EQ(posted, 1);
+    EXPECT_FALSE(popup.isVisible());
+}
+
 }  // namespace
