@@ -13,6 +13,7 @@
 
 class QAction;
 class QMenu;
+class QMenuBar;
 class QObject;
 class QWidget;
 
@@ -29,5 +30,8 @@ QWidget* widgetOf(const platform::View& view);
 // The menu and menu item of a QMenu and of one of its actions.
 std::shared_ptr<platform::Menu> menuFor(QMenu* menu);
 std::shared_ptr<platform::MenuItem> menuItemFor(QAction* action);
+// The menu a window's menu bar stands for (its items are the bar's menus);
+// null for null. A QMenuBar is not a QMenu, so it has a function of its own.
+std::shared_ptr<platform::Menu> menuBarFor(QMenuBar* menuBar);
 
 }  // namespace jtk::qt
