@@ -105,14 +105,16 @@ void deliverKey(const platform::Event& event) {
 }  // namespace
 
 unsigned long EventClock::press(int64_t clickState) {
-    if (clickState >= 2 && havePress_) {
+    if (clickState >= 2 && firstOfDoubleClick_) {
+        firstOfDoubleClick_ = false;
         now_ = lastPress_ + 1;
-        havePress_ = false;  // a third press starts again
         return now_;
     }
+    // Both presses of a double click carry its click state: the first of
+    // them opens the pair.
+    firstOfDoubleClick_ = clickState >= 2;
     now_ += static_cast<unsigned long>(interval_) + 1000;
     lastPress_ = now_;
-    havePress_ = true;
     return now_;
 }
 

@@ -21,9 +21,10 @@ QWidget* pressWindow();
 
 // The backend's clock for event timestamps, in milliseconds. A press gets a
 // time more than the double-click interval after the previous press, except
-// the second press of a double click (click state 2 or more), which is 1 ms
-// after the first: so Qt makes a double click exactly when the platform
-// event asks for one, whatever the real pacing.
+// the second press of a double click, which is 1 ms after the first: so Qt
+// makes a double click exactly when the platform events ask for one, whatever
+// the real pacing. Both presses of a double click carry a click state of 2
+// or more; the first such press opens the pair, the next one closes it.
 class EventClock {
 public:
     explicit EventClock(int doubleClickInterval) : interval_(doubleClickInterval) {}
@@ -34,7 +35,7 @@ private:
     int interval_;
     unsigned long now_ = 1000;
     unsigned long lastPress_ = 0;
-    bool havePress_ = false;
+    bool firstOfDoubleClick_ = false;  // the last press opened a double click
 };
 
 }  // namespace jtk::qt

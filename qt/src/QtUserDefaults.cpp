@@ -53,9 +53,7 @@ platform::Value QtUserDefaults::objectForKey(const std::string& key) const {
     QVariant variant = settings().value(toQString(key));
     if (!variant.isValid()) return {};
     auto stored = stored_.find(key);
-    if (stored != stored_.end() && variantFromValue(stored->second).toString() == variant.toString() &&
-        variantFromValue(stored->second).toList().size() == variant.toList().size())
-        return stored->second;
+    if (stored != stored_.end() && variantFromValue(stored->second) == variant) return stored->second;
     return withStoredKinds(variant);
 }
 

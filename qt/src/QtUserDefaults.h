@@ -5,7 +5,7 @@
 // The native format keeps texts, byte arrays, dates and dictionaries with
 // their kinds, but reads booleans and numbers (alone or in lists) back as
 // text after the file is read again. A value stored through this object
-// keeps its kind as long as QSettings still holds the same text for it;
+// keeps its kind as long as QSettings still holds that value;
 // otherwise a stored text that reads as true/false, an integer or a real
 // number comes back as that kind.
 #pragma once
