@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "common/PeerBenchmark.h"
 #include "common/SearchBenchmarks.h"
 #include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"

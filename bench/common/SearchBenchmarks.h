@@ -59,9 +59,4 @@ SearchTimes readSearchTimes(const std::string& json);
 void runOnBenchQueue(benchmark::BenchmarkReporter& reporter,
                      const std::function<void(const std::function<bool()>& finished)>& runMainLoop);
 
-// Runs another benchmark program with this program's arguments plus a JSON
-// report into a temporary file, its console output passing through; returns
-// the report's text, empty when the program could not run or failed.
-std::string runPeerBenchmark(const std::string& program, int argc, char** argv);
-
 }  // namespace jtk::bench

@@ -4,9 +4,7 @@
 // platform unless QT_QPA_PLATFORM names another. ElementSearchBench runs
 // this program in its own run and divides its figures by its own.
 #include <QApplication>
-#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -15,6 +13,7 @@
 #include "JTK/qt/QtBackend.h"
 #include "JTK/services/ProcessInfo.h"
 #include "common/SearchBenchmarks.h"
+#include "qt/QtBenchApplication.h"
 #include "run/JTKMainThread.h"
 
 using namespace jtk;
@@ -64,14 +63,7 @@ std::unique_ptr<bench::SearchTree> bench::makeSearchTree(int viewCount) {
 }
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
-        // Qt wants a private runtime folder; a headless machine may have none.
-        QString runtime = QDir::tempPath() + QStringLiteral("/jtk-bench-runtime");
-        QDir().mkpath(runtime);
-        QFile::setPermissions(runtime, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-        qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
-    }
+    bench::prepareQtEnvironment();
     QApplication app(argc, argv);
     services::setProcessArguments(argc, argv);
     qt::installBackend(app);
