@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QStandardPaths>
 #include <QWindow>
@@ -121,7 +122,9 @@ void installApplicationEventFilter() {
     static bool installed = false;
     if (installed || !qApp) return;
     installed = true;
-    qApp->installEventFilter(new BackendEventFilter);
+    auto* filter = new BackendEventFilter;
+    filter->setParent(qApp);  // goes with the application
+    qApp->installEventFilter(filter);
 }
 
 std::vector<std::shared_ptr<platform::Window>> QtApplication::windows() const {
@@ -142,7 +145,8 @@ std::shared_ptr<platform::Menu> QtApplication::mainMenu() const {
         for (QWidget* widget : orderedWindows())
             if ((keyMain = qobject_cast<QMainWindow*>(widget))) break;
     }
-    return keyMain ? menuBarFor(keyMain->menuBar()) : nullptr;
+    // menuWidget(), not menuBar(): asking for the bar would give a window without one an empty bar.
+    return keyMain ? menuBarFor(qobject_cast<QMenuBar*>(keyMain->menuWidget())) : nullptr;
 }
 
 bool QtApplication::isActive() const { return QApplication::activeWindow() != nullptr; }

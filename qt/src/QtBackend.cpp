@@ -44,8 +44,7 @@ void installBackend(QApplication& application) {
     for (QWidget* widget : QApplication::topLevelWidgets())
         if (widget->isVisible()) bringToFront(widget);
     if (runsUnderTest()) makePicturesDeterministic(application);
-    // Work queued before the application existed had nobody to wake.
-    enqueueOnMain([] {});
+    startMainQueue();
 }
 
 }  // namespace jtk::qt

@@ -6,6 +6,7 @@
 #include <future>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/RunLoop.h"
@@ -31,11 +32,15 @@ public:
     }
 };
 
+// The drainer and the wake-up events are made on the GUI thread: an object
+// made on another thread and read here (an event's type, a receiver's class)
+// would be data handed over through Qt's queue, out of the sanitizer's sight.
 struct MainQueue {
     std::mutex mutex;
     std::deque<std::function<void()>> work;
     bool wakePending = false;
-    QueueDrainer* drainer = nullptr;  // made on first use, lives on the GUI thread
+    QueueDrainer* drainer = nullptr;
+    QEvent* spareWake = nullptr;  // the next wake-up event, ready for any thread to post
 };
 
 MainQueue& mainQueue() {
@@ -50,22 +55,34 @@ bool onGuiThread() {
     return std::this_thread::get_id() == loadingThread;
 }
 
+void startMainQueue() {
+    auto& queue = mainQueue();
+    bool pending = false;
+    {
+        std::lock_guard lock(queue.mutex);
+        if (!queue.drainer) queue.drainer = new QueueDrainer;
+        if (!queue.spareWake) queue.spareWake = new QEvent(QueueDrainer::wakeType());
+        pending = !queue.work.empty();
+    }
+    // Work queued before the queue started had nobody to wake.
+    if (pending) enqueueOnMain([] {});
+}
+
 void enqueueOnMain(std::function<void()> work) {
     auto& queue = mainQueue();
-    QueueDrainer* wake = nullptr;
+    if (onGuiThread() && QCoreApplication::instance() && !queue.drainer) startMainQueue();
+    QueueDrainer* drainer = nullptr;
+    QEvent* wake = nullptr;
     {
         std::lock_guard lock(queue.mutex);
         queue.work.push_back(std::move(work));
-        if (!queue.wakePending && QCoreApplication::instance()) {
-            if (!queue.drainer) {
-                queue.drainer = new QueueDrainer;
-                queue.drainer->moveToThread(QCoreApplication::instance()->thread());
-            }
+        if (!queue.wakePending && queue.drainer && queue.spareWake) {
             queue.wakePending = true;
-            wake = queue.drainer;
+            drainer = queue.drainer;
+            wake = std::exchange(queue.spareWake, nullptr);
         }
     }
-    if (wake) QCoreApplication::postEvent(wake, new QEvent(QueueDrainer::wakeType()));
+    if (wake) QCoreApplication::postEvent(drainer, wake);
 }
 
 int drainMainQueue() {
@@ -73,6 +90,7 @@ int drainMainQueue() {
     {
         // Work queued from now on needs a new wake-up.
         std::lock_guard lock(queue.mutex);
+        if (!queue.spareWake) queue.spareWake = new QEvent(QueueDrainer::wakeType());
         queue.wakePending = false;
     }
     int ran = 0;

@@ -60,8 +60,11 @@ void deliverMouse(const platform::Event& event) {
     Qt::MouseButton button = qtButton(event);
     if (press) {
         delivery.pressWindow = target;
-        // A press on a window in the back brings it forward and makes it key.
-        if (target && target->windowType() != Qt::Popup && QApplication::activeWindow() != target)
+        // A press on a window in the back brings it forward and makes it key,
+        // unless a modal dialog blocks it (Qt then drops the press).
+        QWidget* modal = QApplication::activeModalWidget();
+        if (target && target->windowType() != Qt::Popup && QApplication::activeWindow() != target &&
+            (!modal || modal == target))
             activateTopLevel(target);
     }
     unsigned long timestamp = press ? clock().press(event.clickState) : clock().other();

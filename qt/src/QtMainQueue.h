@@ -10,6 +10,9 @@
 
 namespace jtk::qt {
 
+// Makes the queue's receiver on the GUI thread (with a QApplication) and
+// wakes it for work queued before. Until then work from other threads waits.
+void startMainQueue();
 // Queues work for the GUI thread; any thread.
 void enqueueOnMain(std::function<void()> work);
 // Runs what is queued now (GUI thread); returns how many items ran.
