@@ -5,6 +5,11 @@
 #include <QStyleFactory>
 #include <QWidget>
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "JTK/platform/Process.h"
 #include "QtApplication.h"
@@ -32,7 +37,35 @@ void makePicturesDeterministic(QApplication& application) {
     QApplication::setCursorFlashTime(0);
 }
 
+// The resources folder holding the font configuration: JTK_RESOURCES_DIR,
+// then the source tree's resources (a build tree), then the installed copy.
+std::optional<std::filesystem::path> fontConfigurationFile() {
+    std::vector<std::filesystem::path> folders;
+    if (const char* override = std::getenv("JTK_RESOURCES_DIR"); override && *override) folders.emplace_back(override);
+    folders.emplace_back(JTK_RESOURCES_SOURCE_DIR);
+    folders.emplace_back(JTK_RESOURCES_INSTALL_DIR);
+    for (const auto& folder : folders) {
+        std::error_code error;
+        if (auto file = folder / "fonts" / "fonts.conf"; std::filesystem::is_regular_file(file, error)) return file;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
+
+const char* prepareFontConfiguration() {
+    static std::string chosen;
+    if (!chosen.empty() || !runsUnderTest()) return chosen.c_str();
+    if (const char* existing = std::getenv("FONTCONFIG_FILE"); existing && *existing) return existing;
+    auto file = fontConfigurationFile();
+    if (!file) {
+        platform::systemLog("JTK Qt: no fonts/fonts.conf found (set JTK_RESOURCES_DIR); pictures use the system's fonts");
+        return chosen.c_str();
+    }
+    chosen = file->string();
+    setenv("FONTCONFIG_FILE", chosen.c_str(), 0);
+    return chosen.c_str();
+}
 
 void installBackend(QApplication& application) {
     static bool installed = false;
@@ -43,7 +76,10 @@ void installBackend(QApplication& application) {
     // Windows shown before now are in front of the others, in Qt's order.
     for (QWidget* widget : QApplication::topLevelWidgets())
         if (widget->isVisible()) bringToFront(widget);
-    if (runsUnderTest()) makePicturesDeterministic(application);
+    if (runsUnderTest()) {
+        prepareFontConfiguration();
+        makePicturesDeterministic(application);
+    }
     startMainQueue();
 }
 

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollArea>
 #include <QSpinBox>
 #include <QTextEdit>
 
@@ -36,12 +37,22 @@ QPoint widgetOriginInFrame(const QWidget* widget) {
 
 std::string QtView::className() const { return widget_ ? qtClassName(widget_) : "QWidget"; }
 
+// A scroll area scrolls a view inside it into sight when the framework asks.
+constexpr const char* scrollToViewSelector = "hbScrollToViewAnimated:";
+
 bool QtView::respondsToSelector(const std::string& selector) const {
+    if (selector == scrollToViewSelector && qobject_cast<QScrollArea*>(widget_.data())) return true;
     return View::respondsToSelector(selector) || qtRespondsToSelector(widget_, selector);
 }
 
 platform::Value QtView::performSelector(const std::string& selector, const platform::Value& argument) {
     if (View::respondsToSelector(selector)) return View::performSelector(selector, argument);
+    if (auto* area = qobject_cast<QScrollArea*>(widget_.data()); area && selector == scrollToViewSelector) {
+        auto view = std::dynamic_pointer_cast<platform::View>(argument.object());
+        QWidget* inside = view ? widgetOf(*view) : nullptr;
+        if (inside && area->widget() && area->widget()->isAncestorOf(inside)) area->ensureWidgetVisible(inside);
+        return {};
+    }
     return qtPerformSelector(widget_, selector);
 }
 

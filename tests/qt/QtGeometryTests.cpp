@@ -1,6 +1,7 @@
 // Geometry of widgets as the platform sees it: y up, frames in the
 // superview's coordinates, windows on the screen.
 #include <QScreen>
+#include <QScrollArea>
 
 #include "JTK/platform/Screen.h"
 #include "JTK/platform/Window.h"
@@ -70,6 +71,26 @@ TEST_F(QtTest, aWindowsFrameIsOnTheScreenWithYUpAndItsFrameViewHoldsTheContent) 
     auto screens = platform::screens();
     ASSERT_FALSE(screens.empty());
     EXPECT_EQ(screens.front().frame.size.height, screenHeight);
+}
+
+TEST_F(QtTest, aScrollAreaScrollsAViewIntoSight) {
+    auto* top = makeWindow(QRect(0, 0, 200, 150));
+    auto* area = new QScrollArea(top);
+    area->setGeometry(0, 0, 200, 150);
+    auto* content = new QWidget;
+    content->resize(180, 1200);
+    auto* far = new QWidget(content);
+    far->setGeometry(10, 1000, 50, 20);
+    area->setWidget(content);
+    area->show();
+    qttest::pump(20);
+    auto areaView = qt::viewFor(area);
+    auto farView = qt::viewFor(far);
+    EXPECT_TRUE(areaView->isScrollView());
+    EXPECT_TRUE(farView->visibleRect().isEmpty());
+    ASSERT_TRUE(areaView->respondsToSelector("hbScrollToViewAnimated:"));
+    areaView->performSelector("hbScrollToViewAnimated:", platform::Value(farView));
+    EXPECT_EQ(farView->visibleRect(), farView->bounds());
 }
 
 }  // namespace

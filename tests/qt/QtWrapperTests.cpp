@@ -8,6 +8,7 @@
 #include <QSpinBox>
 
 #include "JTK/platform/Application.h"
+#include "JTK/platform/Notifications.h"
 #include "JTK/platform/Window.h"
 #include "QtFixture.h"
 #include "QtTestWidgets.h"
@@ -152,7 +153,13 @@ TEST_F(QtTest, theWindowListIsInTheBackendsOrderWithoutClosedWindowsOrPopups) {
     qttest::pump(20);
     EXPECT_EQ(titles(), (std::vector<std::string>{"Back", "Front"}));
     EXPECT_EQ(platform::sharedApplication()->keyWindow(), qt::windowFor(back));
+    int willClose = 0;
+    auto observer = platform::defaultNotificationCenter().addObserver(
+        platform::windowWillCloseNotification, platform::Value(qt::windowFor(front)),
+        platform::DeliveryQueue::postingThread, [&](const platform::Notification&) { ++willClose; });
     qt::windowFor(front)->close();
+    platform::defaultNotificationCenter().removeObserver(observer);
+    EXPECT_EQ(willClose, 1);
     EXPECT_EQ(titles(), (std::vector<std::string>{"Back"}));
     qt::windowFor(front)->makeKeyAndOrderFront();
     EXPECT_EQ(titles(), (std::vector<std::string>{"Front", "Back"}));

@@ -2,6 +2,7 @@
 // installBackend once its QApplication exists, then runs its tests with
 // jtk::JTKTestSuite::runTests() and its event loop with app.exec():
 //
+//     jtk::qt::prepareFontConfiguration();
 //     QApplication app(argc, argv);
 //     jtk::qt::installBackend(app);
 //     jtk::JTKTestSuite::runTests();
@@ -18,5 +19,12 @@ namespace jtk::qt {
 // same on every run (Fusion style, DejaVu Sans 10 pt, no caret blinking).
 // Idempotent; GUI thread.
 void installBackend(QApplication& application);
+
+// Under a test run ("uxtest" among the launch arguments), points
+// FONTCONFIG_FILE at JTK's font configuration (DejaVu only) unless the
+// environment names one. Fontconfig reads it once, so this works fully only
+// before the QApplication is made; installBackend calls it too, for the case
+// where fontconfig has not started yet. Returns the file used, or empty.
+const char* prepareFontConfiguration();
 
 }  // namespace jtk::qt
