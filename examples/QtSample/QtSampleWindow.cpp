@@ -12,6 +12,7 @@
 #include <QSettings>
 #include <QSlider>
 #include <QStandardPaths>
+#include <QStyle>
 #include <QTimer>
 
 #include "QtSampleWidgets.h"
@@ -103,9 +104,15 @@ void QtSampleWindow::buildNameFields(QWidget* content) {
 
 void QtSampleWindow::buildChoices(QWidget* content) {
     auto* volume = new QSlider(Qt::Horizontal, content);
-    volume->setGeometry(20, 240, 200, 20);
     volume->setRange(0, 100);
+    // One step per pixel: the groove is as long as the range plus the handle.
+    int handle = volume->style()->pixelMetric(QStyle::PM_SliderLength, nullptr, volume);
+    volume->setGeometry(20, 240, 100 + handle, 20);
     volume->setObjectName(QStringLiteral("Volume"));  // named the Qt way
+    // A slider's value is a number, which tests read as text only from the
+    // widget's own hbViewValue: a dynamic property kept up to date.
+    volume->setProperty("hbViewValue", 0);
+    connect(volume, &QSlider::valueChanged, volume, [volume](int value) { volume->setProperty("hbViewValue", value); });
 
     auto* colour = new QComboBox(content);
     colour->setGeometry(20, 276, 150, 26);
@@ -143,7 +150,6 @@ void QtSampleWindow::showDetailsPanelSoon() {
         detailsPanel_->move(300, 150);
         addLabel(detailsPanel_, {20, 40, 200, 24}, QStringLiteral("Details ready"), "DetailsStatus");
         detailsPanel_->show();
-        detailsPanel_->raise();
         detailsPanel_->activateWindow();
     });
 }

@@ -13,6 +13,8 @@
 #include "QtSampleWindow.h"
 
 int main(int argc, char** argv) {
+    // Under a test run, the fonts are pinned before Qt starts fontconfig.
+    jtk::qt::prepareFontConfiguration();
     QApplication app(argc, argv);
     // The organisation and name place the data folder and the settings.
     QApplication::setOrganizationName(QStringLiteral("JTK"));
