@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "JTK/platform/Screen.h"
+#include "QtMainQueue.h"
 
 namespace jtk::qt {
 
@@ -73,6 +74,13 @@ namespace jtk::platform {
 std::vector<Screen> screens() {
     std::vector<QRect> geometries;
     {
+        auto& screens = qt::snapshot();
+        std::lock_guard lock(screens.mutex);
+        geometries = screens.geometries;
+    }
+    // Asked on the GUI thread before the backend was installed: read them now.
+    if (geometries.empty() && qApp && qt::onGuiThread()) {
+        qt::refreshScreens();
         auto& screens = qt::snapshot();
         std::lock_guard lock(screens.mutex);
         geometries = screens.geometries;

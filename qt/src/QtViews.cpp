@@ -76,9 +76,12 @@ std::vector<std::shared_ptr<platform::View>> QtView::subviews() const {
 std::shared_ptr<platform::Window> QtView::window() const { return widget_ ? windowFor(widget_->window()) : nullptr; }
 
 bool QtView::isHidden() const {
-    // A window's content view is shown or hidden with its window.
     if (!widget_) return true;
-    return !widget_->isWindow() && !widget_->isVisibleTo(widget_->parentWidget());
+    // A window's content view is hidden with its window: in Qt hiding is how
+    // a window (a dialog kept for later) goes away, and what a person cannot
+    // see must not match a lookup.
+    if (widget_->isWindow()) return widget_->isHidden();
+    return !widget_->isVisibleTo(widget_->parentWidget());
 }
 
 platform::Rect QtView::frame() const {

@@ -161,8 +161,10 @@ TEST_F(QtTest, theWindowListIsInTheBackendsOrderWithoutClosedWindowsOrPopups) {
     platform::defaultNotificationCenter().removeObserver(observer);
     EXPECT_EQ(willClose, 1);
     EXPECT_EQ(titles(), (std::vector<std::string>{"Back"}));
+    EXPECT_TRUE(qt::windowFor(front)->contentView()->isHidden());
     qt::windowFor(front)->makeKeyAndOrderFront();
     EXPECT_EQ(titles(), (std::vector<std::string>{"Front", "Back"}));
+    EXPECT_FALSE(qt::windowFor(front)->contentView()->isHidden());
 }
 
 TEST_F(QtTest, theFirstResponderIsTheFocusWidgetsView) {
