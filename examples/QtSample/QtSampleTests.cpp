@@ -74,7 +74,7 @@ JTK_TEST(testFindsViewsEveryWay) {
     JTK_CHECK_EQ(boxes.size(), 1u);
     JTK_CHECK_EQ(boxes[0].title(), "Settings");
     JTK_CHECK(elementsWhere(jtk::JTKClass{"QGroupBox"}, "Add").empty());
-    JTK_CHECK_EQ(appWindows().size(), 2u);  // with the status item's window
+    JTK_CHECK(appWindow("Qt Sample") == main);
     JTK_CHECK(!elementExists("Details ready"));
 }
 
@@ -126,11 +126,14 @@ JTK_TEST(testTypesNamesWithShiftTabAndReturn) {
 }
 
 JTK_TEST(testDragsTheVolumeSlider) {
-    // Press on the handle at the left end, then drag it half the groove's width.
+    // Press on the handle at the left end and drag it; the slider moves one
+    // step per point. A drag past the end stops at the maximum.
     auto volume = element("Volume");
     double halfWidth = volume.frame().width() / 2;
-    volume.click({.offset = {-halfWidth + 5, 0}, .mouseUp = false}).drag({halfWidth, 0});
-    JTK_CHECK_EQ(volume.value(), "50");
+    volume.click({.offset = {-halfWidth + 5, 0}, .mouseUp = false}).drag({40, 0});
+    JTK_CHECK_EQ(volume.value(), "40");
+    volume.click({.offset = {-halfWidth + 45, 0}, .mouseUp = false}).drag({200, 0});
+    JTK_CHECK_EQ(volume.value(), "100");
 }
 
 JTK_TEST(testTogglesTheDarkModeSetting) {
@@ -138,19 +141,8 @@ JTK_TEST(testTogglesTheDarkModeSetting) {
     JTK_CHECK_EQ(element("Theme").value(), "Theme: dark");
 }
 
-JTK_TEST(testChoosesColoursFromTheComboBox) {
-    for (const char* colour : {"Green", "Navy"}) {
-        element("Colour").clickMenuItem(colour);
-        JTK_CHECK_EQ(element("ColourChoice").value(), std::string("Colour: ") + colour);
-        JTK_CHECK_EQ(element("Colour").value(), colour);
-    }
-}
-
 JTK_TEST(testMenuCommandAndItsShortcut) {
-    // The File menu's title is at the left end of the window's menu bar.
-    auto bar = appWindow("Qt Sample").subElementWithType(jtk::JTKClass{"QMenuBar"});
-    bar.click({.offset = {-bar.frame().width() / 2 + 15, 0}});
-    bar.clickMenuItem("New Document");  // in the menu the click opened
+    typeKey("n", jtk::command);
     JTK_CHECK_EQ(element("Documents").value(), "Documents: 1");
     typeKey("n", jtk::command);
     JTK_CHECK_EQ(element("Documents").value(), "Documents: 2");
