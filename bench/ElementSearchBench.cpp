@@ -4,6 +4,9 @@
 // The same run measures a bare walk of the same trees that reads each view's
 // name in one hop to the main thread, and ends with each search's time as a
 // multiple of that walk, so that the figures do not depend on the machine.
+// When the Qt backend is built, the run then starts the same benchmarks over
+// the same tree of Qt widgets (ElementSearchBenchQt) and ends with each
+// figure on Qt as a multiple of the one here.
 #include <benchmark/benchmark.h>
 
 #include <atomic>
@@ -14,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "common/PeerBenchmark.h"
+#include "common/SearchBenchmarks.h"
 #include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
@@ -28,8 +33,8 @@ using namespace jtk;
 
 namespace {
 
-constexpr int groupsPerWindow = 9;
-constexpr int leavesPerGroup = 10;
+using bench::groupsPerWindow;
+using bench::leavesPerGroup;
 
 void nameView(desktop::View& view, std::string name) {
     view.addMethod("hbViewName", [name](platform::Object&, const platform::Value&) { return platform::Value(name); });
@@ -38,7 +43,7 @@ void nameView(desktop::View& view, std::string name) {
 // Windows of 100 views each (the content view and nine boxes of ten named
 // leaves), laid out in a grid so that the reading order has real rows to
 // sort. The last leaf is named "target".
-class BenchApplication {
+class BenchApplication : public bench::SearchTree {
 public:
     explicit BenchApplication(int viewCount) {
         jtkOnMainThread([&] {
@@ -66,7 +71,7 @@ public:
         });
     }
 
-    ~BenchApplication() {
+    ~BenchApplication() override {
         jtkOnMainThread([&] {
             for (auto& window : windows_) window->close();
             windows_.clear();
@@ -77,131 +82,32 @@ private:
     std::vector<std::shared_ptr<desktop::Window>> windows_;
 };
 
-// The floor any search stands on: one hop to the main thread, the visible
-// views of every window in walk order, and each view's name read by name.
-size_t walkReadingNames(const std::shared_ptr<platform::View>& view) {
-    if (!view || view->isHidden()) return 0;
-    size_t named = 0;
-    if (view->respondsToSelector("hbViewName") && view->performSelector("hbViewName").text()) ++named;
-    for (const auto& subview : view->subviews()) named += walkReadingNames(subview);
-    return named;
-}
-
-void benchWalkNames(benchmark::State& state) {
-    BenchApplication application(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        size_t named = jtkOnMainThread([] {
-            size_t count = 0;
-            for (const auto& window : platform::sharedApplication()->windows())
-                if (auto content = window ? window->contentView() : nullptr) count += walkReadingNames(content);
-            return count;
-        });
-        benchmark::DoNotOptimize(named);
-    }
-    state.SetComplexityN(state.range(0));
-}
-
-void benchElement(benchmark::State& state) {
-    BenchApplication application(static_cast<int>(state.range(0)));
-    for (auto _ : state) benchmark::DoNotOptimize(JTKTestSuite::element("target"));
-    state.SetComplexityN(state.range(0));
-}
-
-void benchElements(benchmark::State& state) {
-    BenchApplication application(static_cast<int>(state.range(0)));
-    for (auto _ : state) benchmark::DoNotOptimize(JTKTestSuite::elements("item3"));
-    state.SetComplexityN(state.range(0));
-}
-
-void benchAppViews(benchmark::State& state) {
-    BenchApplication application(static_cast<int>(state.range(0)));
-    for (auto _ : state) benchmark::DoNotOptimize(JTKTestSuite::appViews());
-    state.SetComplexityN(state.range(0));
-}
-
-void sizes(benchmark::internal::Benchmark* bench) {
-    bench->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)->UseRealTime();
-}
-
-BENCHMARK(benchWalkNames)->Apply(sizes);
-BENCHMARK(benchElement)->Apply(sizes);
-BENCHMARK(benchElements)->Apply(sizes);
-BENCHMARK(benchAppViews)->Apply(sizes);
-
-// The console report, plus each search's time per size divided by the walk's
-// time for that size once all benchmarks have run. With repetitions the
-// median is used.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    RatioReporter() : ConsoleReporter(OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const auto& run : runs) {
-            if (run.error_occurred) continue;
-            bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-            if ((run.run_type == Run::RT_Aggregate && !median) || run.run_name.args.empty()) continue;
-            auto& measured = times_[run.run_name.function_name][std::strtoll(run.run_name.args.c_str(), nullptr, 10)];
-            double seconds = run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
-            // A median replaces the single repetitions it summarises.
-            if (median || !measured.fromMedian) measured = {seconds, median};
-        }
-    }
-
-    void printRatios() const {
-        auto walk = times_.find("benchWalkNames");
-        if (walk == times_.end()) return;
-        std::printf("\nTime as a multiple of the bare walk that reads names (same run):\n");
-        std::printf("%8s %10s %10s %10s %10s\n", "views", "walk ms", "element", "elements", "appViews");
-        for (const auto& [views, walkTime] : walk->second) {
-            std::printf("%8lld %10.3f", static_cast<long long>(views), walkTime.seconds * 1e3);
-            for (const char* search : {"benchElement", "benchElements", "benchAppViews"}) {
-                const Measured* time = find(search, views);
-                if (time && walkTime.seconds > 0)
-                    std::printf(" %9.1fx", time->seconds / walkTime.seconds);
-                else
-                    std::printf(" %10s", "-");
-            }
-            std::printf("\n");
-        }
-        std::fflush(stdout);
-    }
-
-private:
-    struct Measured {
-        double seconds = 0;
-        bool fromMedian = false;
-    };
-
-    const Measured* find(const std::string& function, long long views) const {
-        auto family = times_.find(function);
-        if (family == times_.end()) return nullptr;
-        auto size = family->second.find(views);
-        return size == family->second.end() ? nullptr : &size->second;
-    }
-
-    std::map<std::string, std::map<long long, Measured>> times_;
-};
-
 }  // namespace
+
+std::unique_ptr<bench::SearchTree> bench::makeSearchTree(int viewCount) {
+    return std::make_unique<BenchApplication>(viewCount);
+}
 
 int main(int argc, char** argv) {
     auto& loop = desktop::RunLoop::main();
     loop.adoptCurrentThreadAsMain();
     desktop::Application::shared();
+    std::vector<char*> arguments(argv, argv + argc);  // before the benchmark flags are taken out
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
 
-    std::atomic<bool> finished{false};
-    RatioReporter reporter;
-    auto queue = platform::makeSerialQueue("BenchQueue");
-    queue->async([&] {
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-        finished = true;
-        loop.wakeUp();
+    bench::SearchReporter reporter;
+    bench::runOnBenchQueue(reporter, [&](const std::function<bool()>& finished) {
+        loop.runMode(platform::RunLoopMode::defaultMode, std::nullopt, finished);
     });
-    loop.runMode(platform::RunLoopMode::defaultMode, std::nullopt, [&] { return finished.load(); });
-    reporter.printRatios();
+    bench::printWalkRatios(reporter.times());
     benchmark::Shutdown();
+#ifdef JTK_QT_SEARCH_BENCH
+    // The same searches over the same tree of Qt widgets, in this run.
+    std::printf("\nThe same benchmarks on the Qt Widgets backend:\n");
+    auto qt = bench::readSearchTimes(bench::runPeerBenchmark(JTK_QT_SEARCH_BENCH, static_cast<int>(arguments.size()), arguments.data()));
+    if (qt.empty()) std::printf("(the Qt benchmark did not run: %s)\n", JTK_QT_SEARCH_BENCH);
+    bench::printBackendRatios(reporter.times(), qt, "Qt Widgets time over embedded desktop time (same run):");
+#endif
     return 0;
 }

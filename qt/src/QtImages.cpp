@@ -2,6 +2,7 @@
 // view of a window draws its top-level widget.
 #include <QImage>
 #include <QPixmap>
+#include <QRgb>
 #include <QWidget>
 #include <cstring>
 
@@ -21,6 +22,34 @@ QWidget* drawnWidget(const platform::View& view) {
     return content ? widgetOf(*content) : nullptr;
 }
 
+// Copies the picture's pixels as 8-bit straight RGBA. The raster engine's
+// formats are converted here, pixel by pixel: QImage::convertToFormat splits
+// a large picture over Qt's thread pool, whose hand-overs a race detector
+// cannot see in a Qt not built for it.
+void copyStraightRGBA(QImage& picture, imaging::Image& bitmap, uint32_t width, uint32_t height) {
+    QImage::Format format = picture.format();
+    bool packed = format == QImage::Format_ARGB32_Premultiplied || format == QImage::Format_ARGB32 ||
+                  format == QImage::Format_RGB32;
+    if (!packed) {
+        picture = picture.convertToFormat(QImage::Format_RGBA8888);
+        for (uint32_t y = 0; y < height; ++y)
+            std::memcpy(bitmap.pixel(0, y), picture.constScanLine(int(y)), size_t{width} * 4);
+        return;
+    }
+    bool premultiplied = format == QImage::Format_ARGB32_Premultiplied;
+    for (uint32_t y = 0; y < height; ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(int(y)));
+        uint8_t* out = bitmap.pixel(0, y);
+        for (uint32_t x = 0; x < width; ++x, out += 4) {
+            QRgb pixel = premultiplied ? qUnpremultiply(row[x]) : row[x];
+            out[0] = uint8_t(qRed(pixel));
+            out[1] = uint8_t(qGreen(pixel));
+            out[2] = uint8_t(qBlue(pixel));
+            out[3] = format == QImage::Format_RGB32 ? 255 : uint8_t(qAlpha(pixel));
+        }
+    }
+}
+
 }  // namespace
 
 }  // namespace jtk::qt
@@ -38,7 +67,7 @@ std::optional<imaging::Image> bitmapForCachingDisplay(const View& view) {
 bool cacheDisplayInBitmap(const View& view, imaging::Image& bitmap) {
     QWidget* widget = qt::drawnWidget(view);
     if (!widget || bitmap.width == 0 || bitmap.height == 0) return false;
-    QImage picture = widget->grab().toImage().convertToFormat(QImage::Format_RGBA8888);
+    QImage picture = widget->grab().toImage();
     if (picture.isNull()) return false;
     // One pixel a point: a picture drawn at another device pixel ratio is scaled back.
     if (picture.width() != int(bitmap.width) || picture.height() != int(bitmap.height))
@@ -46,8 +75,7 @@ bool cacheDisplayInBitmap(const View& view, imaging::Image& bitmap) {
     // A frame view larger than its widget keeps the rest transparent.
     uint32_t width = std::min<uint32_t>(bitmap.width, picture.width());
     uint32_t height = std::min<uint32_t>(bitmap.height, picture.height());
-    for (uint32_t y = 0; y < height; ++y)
-        std::memcpy(bitmap.pixel(0, y), picture.constScanLine(int(y)), size_t{width} * 4);
+    qt::copyStraightRGBA(picture, bitmap, width, height);
     return true;
 }
 
