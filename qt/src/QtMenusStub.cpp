@@ -1,7 +1,8 @@
-// Placeholders for the menus, alerts, status items, interface files and
-// control setters of the Qt backend, so that the core links and runs before
-// they exist. Each answers "none" or "cannot". This file goes when the real
-// ones arrive.
+// What the Qt backend does not have yet: status items, interface files, the
+// control setters and text objects. Each answers "none" or "cannot", so the
+// framework reports the missing piece (the comparison window says the
+// interface file is not available; the recorder gets no status item) instead
+// of failing to link. This file goes when the real ones arrive.
 #include "JTK/platform/Controls.h"
 #include "JTK/platform/Interface.h"
 #include "JTK/platform/Process.h"

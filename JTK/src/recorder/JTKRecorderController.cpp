@@ -1,12 +1,14 @@
 #include "recorder/JTKRecorderController.h"
 
 #include <chrono>
+#include <mutex>
 #include <thread>
 
 #include "JTK/JTKNotifications.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
+#include "JTK/platform/Process.h"
 #include "recorder/JTKRecorder.h"
 #include "recorder/JTKSourceFile.h"
 #include "run/JTKConsole.h"
@@ -39,16 +41,24 @@ JTKRecorderController::JTKRecorderController() {
 }
 
 std::shared_ptr<platform::StatusItem> JTKRecorderController::recordMenuItem() {
-    if (!recordMenuItem_) recordMenuItem_ = platform::statusItemWithLength(platform::variableStatusItemLength);
+    if (!recordMenuItem_) {
+        recordMenuItem_ = platform::statusItemWithLength(platform::variableStatusItemLength);
+        // A platform without a status bar: recording from the status item is not offered.
+        static std::once_flag said;
+        if (!recordMenuItem_)
+            std::call_once(said, [] { platform::systemLog("JTK: no status item on this platform; recording is not available"); });
+    }
     return recordMenuItem_;
 }
 
 void JTKRecorderController::setStatusTitle(const std::string& title) {
-    jtkOnMainThread([&] { recordMenuItem()->setTitle(title); });
+    jtkOnMainThread([&] {
+        if (auto item = recordMenuItem()) item->setTitle(title);
+    });
 }
 
 void JTKRecorderController::configure(const std::filesystem::path& filePath) {
-    recordMenuItem()->setAction([this] { toggleRecording(); });
+    if (auto item = recordMenuItem()) item->setAction([this] { toggleRecording(); });
     setStatusTitle(recordTitle);
     recordingFile_ = filePath;
 }
