@@ -23,7 +23,8 @@ namespace {
 
 bool runsUnderTest() {
     auto arguments = platform::processArguments();
-    return std::find(arguments.begin(), arguments.end(), "uxtest") != arguments.end();
+    return std::any_of(arguments.begin(), arguments.end(),
+                       [](const std::string& argument) { return argument.find("uxtest") != std::string::npos; });
 }
 
 // The same pixels on every machine: one style, one font, a caret that does

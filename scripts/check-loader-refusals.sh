@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# The launches the loader refuses before a run starts, and the launch it
+# leaves alone. Each refusal must end with status 2 and one line on standard
+# error naming the cause, and leave the user's data as it was; a launch
+# without "uxtest" must run the program untouched, with no word from JTK.
+set -euo pipefail
+loader=${1:?usage: check-loader-refusals.sh LOADER PROGRAM TESTS_LIBRARY NO_TESTS_LIBRARY CORE_PROGRAM}
+program=${2:?} tests=${3:?} no_tests=${4:?} core_program=${5:?}
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+export HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache"
+export XDG_RUNTIME_DIR="$home/runtime" QT_QPA_PLATFORM=offscreen JTK_LOADED_SCREENSHOTS_DIR="$home/Screenshots"
+data="$XDG_DATA_HOME/$(basename "$program")"
+mkdir -p "$data" "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+echo "the user's own file" > "$data/mine.txt"
+before=$(cd "$XDG_DATA_HOME" && find . -type f -exec sha256sum {} + | sort)
+failures=0
+
+# expect_refusal DESCRIPTION MESSAGE COMMAND...: status 2, MESSAGE on standard
+# error as its only line, no test run, the user's data untouched.
+expect_refusal() {
+  local description=$1 message=$2 status=0 errors
+  shift 2
+  env -u JTK_TESTS_LIBRARY LD_PRELOAD="$loader" "$@" >/dev/null 2>"$home/errors" || status=$?
+  errors=$(grep '^JTK' "$home/errors" || true)
+  if [ "$status" -ne 2 ] || [ "$(wc -l <<<"$errors")" -ne 1 ] || ! grep -qF "$message" <<<"$errors" ||
+     [ "$before" != "$(cd "$XDG_DATA_HOME" && find . -type f -exec sha256sum {} + | sort)" ]; then
+    echo "FAIL: $description: status $status, said: $errors"
+    failures=$((failures + 1))
+  else
+    echo "ok: $description: $errors"
+  fi
+}
+
+expect_refusal "no tests library" "no tests library named" "$program" uxtest
+expect_refusal "a library that is not there" "cannot load the tests library" \
+  "$program" uxtest "--jtk-tests=$home/missing.so"
+expect_refusal "a library that is not a library" "cannot load the tests library" \
+  "$program" uxtest "--jtk-tests=$data/mine.txt"
+expect_refusal "a library without tests" "has no JTK_TEST" "$program" uxtest "--jtk-tests=$no_tests"
+expect_refusal "a program without a QApplication" "has no QApplication" "$core_program" uxtest "--jtk-tests=$tests"
+
+# Without "uxtest" the program is left alone: it keeps running until stopped.
+status=0
+said=$(JTK_TESTS_LIBRARY="$tests" LD_PRELOAD="$loader" timeout 2 "$program" 2>&1) || status=$?
+if [ "$status" -ne 124 ] || grep -q '^JTK' <<<"$said"; then
+  echo "FAIL: a launch without uxtest: status $status, said: $said"
+  failures=$((failures + 1))
+else
+  echo "ok: a launch without uxtest runs the program untouched"
+fi
+exit $((failures > 0))
