@@ -11,6 +11,7 @@
 
 #include "QtInputDelivery.h"
 #include "QtKeyMapping.h"
+#include "QtText.h"
 #include "QtWindowOrder.h"
 #include "QtWindows.h"
 #include "QtWrappers.h"
@@ -87,6 +88,9 @@ public:
                 break;
             case QEvent::Close:
                 if (isTopLevel(receiver, widget)) setClosed(widget, true);
+                break;
+            case QEvent::FocusIn:
+                watchTextEditing(qobject_cast<QWidget*>(receiver));
                 break;
             case QEvent::MouseButtonPress:
             case QEvent::MouseButtonRelease:

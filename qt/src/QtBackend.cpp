@@ -14,6 +14,7 @@
 #include "JTK/platform/Process.h"
 #include "QtApplication.h"
 #include "QtMainQueue.h"
+#include "QtResources.h"
 #include "QtScreens.h"
 #include "QtWindowOrder.h"
 
@@ -38,14 +39,8 @@ void makePicturesDeterministic(QApplication& application) {
     QApplication::setCursorFlashTime(0);
 }
 
-// The resources folder holding the font configuration: JTK_RESOURCES_DIR,
-// then the source tree's resources (a build tree), then the installed copy.
 std::optional<std::filesystem::path> fontConfigurationFile() {
-    std::vector<std::filesystem::path> folders;
-    if (const char* override = std::getenv("JTK_RESOURCES_DIR"); override && *override) folders.emplace_back(override);
-    folders.emplace_back(JTK_RESOURCES_SOURCE_DIR);
-    folders.emplace_back(JTK_RESOURCES_INSTALL_DIR);
-    for (const auto& folder : folders) {
+    for (const auto& folder : resourceFolders()) {
         std::error_code error;
         if (auto file = folder / "fonts" / "fonts.conf"; std::filesystem::is_regular_file(file, error)) return file;
     }
@@ -53,6 +48,14 @@ std::optional<std::filesystem::path> fontConfigurationFile() {
 }
 
 }  // namespace
+
+std::vector<std::filesystem::path> resourceFolders() {
+    std::vector<std::filesystem::path> folders;
+    if (const char* override = std::getenv("JTK_RESOURCES_DIR"); override && *override) folders.emplace_back(override);
+    folders.emplace_back(JTK_RESOURCES_SOURCE_DIR);
+    folders.emplace_back(JTK_RESOURCES_INSTALL_DIR);
+    return folders;
+}
 
 const char* prepareFontConfiguration() {
     static std::string chosen;

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include "JTK/imaging/Image.h"
 #include "JTK/platform/View.h"
 
 namespace jtk::qt {
@@ -31,8 +32,13 @@ public:
     platform::Value accessibilityValue() const override;
     bool isScrollView() const override;
 
+    // The picture set on an image view (a QLabel), as it was set.
+    std::shared_ptr<const imaging::Image> shownImage() const { return shownImage_; }
+    void setShownImage(std::shared_ptr<const imaging::Image> image) { shownImage_ = std::move(image); }
+
 private:
     QPointer<QWidget> widget_;
+    std::shared_ptr<const imaging::Image> shownImage_;
 };
 
 // The frame of a window: no widget of its own, the window's frame size,

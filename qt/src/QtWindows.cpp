@@ -15,6 +15,8 @@ void activateTopLevel(QWidget* topLevel) {
     if (!topLevel) return;
     bringToFront(topLevel);
     topLevel->raise();
+    // A window that takes no focus (a status item) comes to the front only.
+    if (topLevel->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus)) return;
     topLevel->activateWindow();
     // A headless screen may not pass the request on; the widget layer then
     // learns the active window directly.

@@ -1,16 +1,25 @@
 // The framework on any backend: searches, geometry, clicks, typing, drags,
-// waits, gone views and captures, against windows built with the toolkit's
-// own controls. Compiled once per backend (see NeutralUi.h); every check
+// waits, gone views and captures, interface files, status items and text
+// notifications, against windows built with the toolkit's own controls. Compiled once per backend (see NeutralUi.h); every check
 // must hold on each.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <map>
 #include <optional>
 #include <thread>
 
 #include "JTK/JTK.h"
 #include "JTK/platform/Dispatch.h"
+#include "JTK/platform/Application.h"
+#include "JTK/platform/Controls.h"
 #include "JTK/platform/Images.h"
+#include "JTK/platform/Interface.h"
+#include "JTK/platform/Notifications.h"
+#include "JTK/platform/StatusBar.h"
+#include "JTK/platform/Text.h"
 #include "run/JTKMainThread.h"
 #include "tests/neutral/NeutralUi.h"
 
@@ -155,6 +164,74 @@ TEST_F(Neutral, aCaptureIsTheViewsSizeAndTheSameTwice) {
     EXPECT_EQ(one->width, 420u);
     EXPECT_EQ(one->height, 320u);
     EXPECT_TRUE(one->pixels == two->pixels);
+}
+
+// The controls the framework's own windows use: an interface file's window
+// with its outlets and its key-equivalent action, the setters, and a missing file.
+TEST_F(Neutral, anInterfaceFileMakesItsWindowWithOutletsSettersAndActions) {
+    struct Owner : platform::InterfaceOwner {
+        std::map<std::string, ViewPtr> outlets;
+        std::vector<std::string> actions;
+        void connectOutlet(const std::string& outlet, const ViewPtr& view) override { outlets[outlet] = view; }
+        void performAction(const std::string& action, const ViewPtr&) override { actions.push_back(action); }
+    };
+    auto owner = std::make_shared<Owner>();
+    EXPECT_THAT(platform::loadInterface("NoSuchWindow", owner).error, testing::HasSubstr("no interface file named NoSuchWindow"));
+    auto loaded = platform::loadInterface("JTKComparisonWindow", owner);
+    ASSERT_TRUE(loaded.window) << loaded.error;
+    EXPECT_EQ(loaded.window->title(), "Screenshot Comparison");
+    ASSERT_TRUE(owner->outlets["testName"] && owner->outlets["currentImage"]);
+    EXPECT_TRUE(platform::setStringValue(*owner->outlets["testName"], "Test: One"));
+    auto picture = std::make_shared<const imaging::Image>(4, 3);
+    EXPECT_TRUE(platform::setImage(*owner->outlets["currentImage"], picture));
+    EXPECT_EQ(platform::image(*owner->outlets["currentImage"]), picture);
+    EXPECT_FALSE(platform::setImage(*save, picture)) << "a button shows no picture";
+    loaded.window->makeKeyAndOrderFront();
+    onQueue([&] {
+        EXPECT_EQ(JTKTestSuite::element("Test: One").view(), owner->outlets["testName"]);
+        EXPECT_EQ(JTKTestSuite::element("Comparison Image").view(), owner->outlets["currentImage"]);
+        JTKTestSuite::typeText("\n");  // Return: the Accept button's key equivalent
+    });
+    EXPECT_EQ(owner->actions, std::vector<std::string>{"AcceptImage:"});
+    loaded.window->close();
+}
+
+TEST_F(Neutral, aStatusItemIsAButtonInAWindowOfItsOwnThatSendsItsAction) {
+    auto item = platform::statusItemWithLength(platform::variableStatusItemLength);
+    ASSERT_TRUE(item);
+    int sent = 0;
+    item->setAction([&] { ++sent; });
+    item->setTitle("Record Now");
+    auto button = item->button();
+    EXPECT_EQ(button->className(), platform::statusBarButtonClassName);
+    auto windows = platform::sharedApplication()->windows();
+    EXPECT_NE(std::find(windows.begin(), windows.end(), button->window()), windows.end());
+    onQueue([&] { JTKTestSuite::element("Record Now").click(); });
+    EXPECT_EQ(sent, 1);
+    EXPECT_EQ(item->title(), "Record Now");
+}
+
+// The recorder follows typing through these notifications: they name the
+// edited field and carry a text object whose string is the field's text.
+TEST_F(Neutral, typingPostsTheTextNotificationsWithTheFieldsText) {
+    std::vector<std::pair<std::string, std::string>> seen;
+    auto& center = platform::defaultNotificationCenter();
+    std::vector<uint64_t> observers;
+    for (const char* name : {platform::textDidChangeNotification, platform::textDidEndEditingNotification})
+        observers.push_back(center.addObserver(name, {}, platform::DeliveryQueue::postingThread, [&, name](const auto& note) {
+            const platform::Value* textObject = note.userInfo.find(platform::textObjectKey);
+            auto text = textObject && textObject->object() ? platform::textObjectString(*textObject->object()) : std::nullopt;
+            if (note.object.object() == first) seen.emplace_back(name, text.value_or("(no text object)"));
+        }));
+    onQueue([&] {
+        JTKTestSuite::element(className(Kind::textField)).click();
+        JTKTestSuite::typeText("Ada\t");
+    });
+    for (uint64_t observer : observers) center.removeObserver(observer);
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen.front(), std::make_pair(std::string(platform::textDidChangeNotification), std::string("A")));
+    EXPECT_EQ(seen.back(), std::make_pair(std::string(platform::textDidEndEditingNotification), std::string("Ada")));
+    EXPECT_FALSE(platform::textObjectString(*save));
 }
 
 }  // namespace
