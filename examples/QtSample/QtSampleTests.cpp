@@ -141,8 +141,19 @@ JTK_TEST(testTogglesTheDarkModeSetting) {
     JTK_CHECK_EQ(element("Theme").value(), "Theme: dark");
 }
 
+JTK_TEST(testChoosesColoursFromTheComboBox) {
+    for (const char* colour : {"Green", "Navy"}) {
+        element("Colour").clickMenuItem(colour);
+        JTK_CHECK_EQ(element("ColourChoice").value(), std::string("Colour: ") + colour);
+        JTK_CHECK_EQ(element("Colour").value(), colour);
+    }
+}
+
 JTK_TEST(testMenuCommandAndItsShortcut) {
-    typeKey("n", jtk::command);
+    // The File menu's title is at the left end of the window's menu bar.
+    auto bar = appWindow("Qt Sample").subElementWithType(jtk::JTKClass{"QMenuBar"});
+    bar.click({.offset = {-bar.frame().width() / 2 + 15, 0}});
+    bar.clickMenuItem("New Document");  // in the menu the click opened
     JTK_CHECK_EQ(element("Documents").value(), "Documents: 1");
     typeKey("n", jtk::command);
     JTK_CHECK_EQ(element("Documents").value(), "Documents: 2");

@@ -147,14 +147,20 @@ private:
 };
 
 // Posts the begin-tracking notification whenever a QMenu shows, whoever opens
-// it: a menu bar, a context menu, a button's menu.
+// it (a menu bar, a context menu, a button's menu), and when a combo box's
+// pop-up list shows.
 class MenuTrackingObserver : public QObject {
 public:
     using QObject::QObject;
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show)
-            if (auto* menu = qobject_cast<QMenu*>(watched))
-                platform::defaultNotificationCenter().post(platform::menuDidBeginTrackingNotification, menuFor(menu));
+        if (event->type() == QEvent::Show) {
+            std::shared_ptr<platform::Menu> menu;
+            if (auto* qmenu = qobject_cast<QMenu*>(watched))
+                menu = menuFor(qmenu);
+            else if (auto* combo = comboOfPopup(watched))
+                menu = comboMenuFor(combo);
+            if (menu) platform::defaultNotificationCenter().post(platform::menuDidBeginTrackingNotification, menu);
+        }
         return QObject::eventFilter(watched, event);
     }
 };

@@ -12,6 +12,7 @@
 #include "JTK/platform/Window.h"
 
 class QAction;
+class QComboBox;
 class QMenu;
 class QMenuBar;
 class QObject;
@@ -33,5 +34,10 @@ std::shared_ptr<platform::MenuItem> menuItemFor(QAction* action);
 // The menu a window's menu bar stands for (its items are the bar's menus);
 // null for null. A QMenuBar is not a QMenu, so it has a function of its own.
 std::shared_ptr<platform::Menu> menuBarFor(QMenuBar* menuBar);
+
+// A combo box's pop-up list as a menu of its entries (null for null), and
+// the combo box whose pop-up list a widget is (null for any other widget).
+std::shared_ptr<platform::Menu> comboMenuFor(QComboBox* combo);
+QComboBox* comboOfPopup(QObject* popup);
 
 }  // namespace jtk::qt
