@@ -1,6 +1,10 @@
 # Install rules and package files. A consumer finds the installed package with
 #   find_package(JTK 0.3 REQUIRED)   →  JTK::JTK, JTK::jtk, JTK::desktop, JTK::platform
-# or with pkg-config (jtk.pc), which links the same static libraries.
+# or with pkg-config (jtk.pc), which links the same static libraries. When the
+# Qt backend is built, a Qt application asks for it as a component:
+#   find_package(JTK 0.3 REQUIRED COMPONENTS Qt)   →  also JTK::JTKQt, JTK::qt
+# Its targets are an export of their own (JTKQtTargets.cmake), read only when
+# the component is asked for, so that a consumer without Qt never needs Qt.
 include(CMakePackageConfigHelpers)
 
 set(JTK_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/JTK" CACHE STRING
@@ -25,6 +29,27 @@ install(DIRECTORY
     ${PROJECT_SOURCE_DIR}/desktop/include/
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN "*.h")
+
+# The Qt backend: its one public header joins the same root (<JTK/qt/...>);
+# qt/src stays in the tree. The resources it reads at run time (the font
+# configuration, the interface files) are installed with the desktop's, where
+# JTK_RESOURCES_INSTALL_DIR points.
+set(JTK_PACKAGE_HAS_QT OFF)
+if(TARGET jtk_qt)
+  set(JTK_PACKAGE_HAS_QT ON)
+  install(TARGETS jtk_qt jtk_qt_all
+    EXPORT JTKQtTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/qt/include/
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
+  install(EXPORT JTKQtTargets
+    NAMESPACE JTK::
+    FILE JTKQtTargets.cmake
+    DESTINATION ${JTK_INSTALL_CMAKEDIR})
+endif()
 
 install(EXPORT JTKTargets
   NAMESPACE JTK::
