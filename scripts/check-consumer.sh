@@ -6,6 +6,11 @@
 #   1. find_package(JTK) from the installed prefix,
 #   2. add_subdirectory of this source tree,
 #   3. g++ with `pkg-config --cflags --libs jtk` from the installed prefix.
+# When Qt 6 Widgets is installed, JTK is installed with its Qt backend, and
+# QtConsumer (the same application and test on Qt Widgets, offscreen) is built
+# and run through find_package(JTK COMPONENTS Qt) and add_subdirectory; a few
+# configure-only probes check the package's Qt component, also as a package
+# built without it would answer.
 # Every temporary folder goes when the script ends.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -13,14 +18,18 @@ consumer=$root/examples/Consumer
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 buildType=RelWithDebInfo
+hasQt=false
+if pkg-config --exists Qt6Widgets Qt6Test 2>/dev/null; then hasQt=true; fi
+# Offscreen, so that the Qt runs need no display.
+export QT_QPA_PLATFORM=offscreen
 
 # Runs a command with its output in a log that is shown only when it fails.
 quietly() {
   "$@" >"$work/log" 2>&1 || { cat "$work/log"; echo "FAIL: $*"; return 1; }
 }
 
-# Runs a Consumer executable's UI test and checks its status, its lines and
-# that the user's data comes back byte-identical.
+# Runs the UI test of a Consumer executable (Consumer or QtConsumer) and checks
+# its status, its lines and that the user's data comes back byte-identical.
 checkRun() {
   local app=$1 how=$2 home
   home=$(mktemp -d -p "$work")
@@ -40,28 +49,105 @@ checkRun() {
   [ -n "$fail" ] || [ "$(tail -1 <<<"$output")" = "Restoring Application Support Data" ] || fail="no restore line last"
   if [ -n "$fail" ]; then
     echo "$output"
-    echo "FAIL: Consumer through $how: $fail"
+    echo "FAIL: ${app##*/} through $how: $fail"
     return 1
   fi
-  echo "Consumer through $how: OK"
+  echo "${app##*/} through $how: OK"
 }
 
-echo "== JTK installed into a temporary prefix"
+# Configures a probe project that only finds the package (components in
+# $components) from a prefix and says whether JTK::JTKQt came with it; checks
+# that it succeeds (expect "ok", and the Qt targets when "qt") or fails with a
+# message containing $expect.
+probe() {
+  local prefix=$1 components=$2 expect=$3 name=$4 output status=0
+  output=$(cmake -S "$work/probe" -B "$work/probe-build-$name" -DCMAKE_PREFIX_PATH="$prefix" \
+    -DPROBE_COMPONENTS="$components" "${@:5}" 2>&1) || status=$?
+  rm -rf "$work/probe-build-$name"
+  local fail=""
+  case $expect in
+    ok|qt)
+      [ "$status" -eq 0 ] || fail="find_package failed"
+      local want="probe: no JTK::JTKQt"
+      [ "$expect" = qt ] && want="probe: JTK::JTKQt"
+      [ -n "$fail" ] || grep -q "^-- $want\$" <<<"$output" || fail="not '$want'" ;;
+    *)
+      [ "$status" -ne 0 ] || fail="find_package succeeded"
+      # CMake wraps the message's lines: compare it as one line.
+      [ -n "$fail" ] || tr -s ' \n' '  ' <<<"$output" | grep -qF "$expect" || fail="no message '$expect'" ;;
+  esac
+  if [ -n "$fail" ]; then
+    echo "$output"
+    echo "FAIL: package probe $name: $fail"
+    return 1
+  fi
+  echo "Package probe $name: OK"
+}
+
+echo "== JTK installed into a temporary prefix (Qt backend: $hasQt)"
+# The Qt 5 backend is for the loader only and never installed: not built here.
 quietly cmake -S "$root" -B "$work/jtk" --no-warn-unused-cli -DCMAKE_BUILD_TYPE=$buildType \
   -DCMAKE_INSTALL_PREFIX="$work/prefix" -DJTK_BUILD_TESTS=OFF -DJTK_BUILD_EXAMPLES=OFF -DJTK_BENCHMARKS=OFF \
-  -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON
+  -DJTK_QT5=OFF -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON
 quietly cmake --build "$work/jtk" -j2
 quietly cmake --install "$work/jtk"
 # Only the public headers are installed; the internals stay in the tree.
-if [ -n "$(find "$work/prefix" -path '*/src/*' -o -name 'JTKLookup.h' -o -name 'JTKConsole.h')" ]; then
+if [ -n "$(find "$work/prefix" -path '*/src/*' -o -name 'JTKLookup.h' -o -name 'JTKConsole.h' \
+    -o \( -name 'Qt*.h' ! -name QtBackend.h \))" ]; then
   echo "FAIL: internal headers installed"; exit 1
 fi
 rm -rf "$work/jtk"  # keep the disk use of the next build down
+if $hasQt; then
+  # The backend, its header and its export; the resources it reads at run
+  # time, where the path compiled into the backend points.
+  for file in lib/libjtk-qt.a include/JTK/qt/QtBackend.h lib/cmake/JTK/JTKQtTargets.cmake \
+      share/JTK/resources/fonts/fonts.conf share/JTK/resources/JTKComparisonWindow.json; do
+    [ -f "$work/prefix/$file" ] || { echo "FAIL: $file not installed"; exit 1; }
+  done
+  grep -aq "$work/prefix/share/JTK/resources" "$work/prefix/lib/libjtk-qt.a" ||
+    { echo "FAIL: the Qt backend does not look for the installed resources"; exit 1; }
+fi
+
+echo "== Package probes"
+mkdir -p "$work/probe"
+cat >"$work/probe/CMakeLists.txt" <<'PROBE'
+cmake_minimum_required(VERSION 3.25)
+project(Probe LANGUAGES CXX)
+find_package(JTK 0.3 REQUIRED ${PROBE_COMPONENTS})
+if(TARGET JTK::JTKQt)
+  message(STATUS "probe: JTK::JTKQt")
+else()
+  message(STATUS "probe: no JTK::JTKQt")
+endif()
+PROBE
+noQtPrefix=$work/prefix
+if $hasQt; then
+  # The same package as one built without Qt would have it: links to the
+  # installed files, with a config that knows no Qt backend and no Qt export.
+  noQtPrefix=$work/prefix-no-qt
+  cp -rs "$work/prefix" "$noQtPrefix"
+  rm "$noQtPrefix"/lib/cmake/JTK/JTKQtTargets*.cmake "$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
+  sed 's/^set(JTK_PACKAGE_HAS_QT ON)$/set(JTK_PACKAGE_HAS_QT OFF)/' "$work/prefix/lib/cmake/JTK/JTKConfig.cmake" \
+    >"$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
+  grep -qx 'set(JTK_PACKAGE_HAS_QT OFF)' "$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake" ||
+    { echo "FAIL: the package config does not say whether it has Qt"; exit 1; }
+  probe "$work/prefix" "" ok without-components
+  probe "$work/prefix" "COMPONENTS;Qt" qt qt
+  probe "$work/prefix" "COMPONENTS;Qt" "because dependency Qt6 could not be found" qt-without-qt6 -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON
+fi
+probe "$noQtPrefix" "" ok no-qt-package
+probe "$noQtPrefix" "OPTIONAL_COMPONENTS;Qt" ok no-qt-package-optional-qt
+probe "$noQtPrefix" "COMPONENTS;Qt" "built without its Qt backend" no-qt-package-qt
+probe "$work/prefix" "COMPONENTS;Gtk" "has no component Gtk" unknown-component
 
 echo "== Consumer through find_package"
 quietly cmake -S "$consumer" -B "$work/find-package" -DCMAKE_BUILD_TYPE=$buildType -DCMAKE_PREFIX_PATH="$work/prefix"
 quietly cmake --build "$work/find-package" -j2
 checkRun "$work/find-package/Consumer" find_package
+if $hasQt; then
+  [ -x "$work/find-package/QtConsumer" ] || { echo "FAIL: QtConsumer not built through find_package"; exit 1; }
+  checkRun "$work/find-package/QtConsumer" "find_package, Qt component"
+fi
 
 echo "== Consumer through pkg-config"
 mkdir -p "$work/pkg-config"
@@ -73,8 +159,13 @@ quietly g++ -std=c++20 -Wall -Wextra -DCONSUMER_SOURCE_DIR="\"$consumer\"" \
 checkRun "$work/pkg-config/Consumer" pkg-config
 
 echo "== Consumer through add_subdirectory"
-quietly cmake -S "$consumer" -B "$work/add-subdirectory" -DCMAKE_BUILD_TYPE=$buildType -DJTK_SOURCE_DIR="$root"
-quietly cmake --build "$work/add-subdirectory" -j2
+quietly cmake -S "$consumer" -B "$work/add-subdirectory" -DCMAKE_BUILD_TYPE=$buildType -DJTK_SOURCE_DIR="$root" \
+  -DJTK_QT5=OFF
+# The applications only, not JTK's tools and loader.
+targets=(Consumer)
+if $hasQt; then targets+=(QtConsumer); fi
+quietly cmake --build "$work/add-subdirectory" -j2 --target "${targets[@]}"
 checkRun "$work/add-subdirectory/Consumer" add_subdirectory
+if $hasQt; then checkRun "$work/add-subdirectory/QtConsumer" "add_subdirectory, Qt"; fi
 
 echo "Consumer checks: OK"
