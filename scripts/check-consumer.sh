@@ -55,14 +55,14 @@ checkRun() {
   echo "${app##*/} through $how: OK"
 }
 
-# Configures a probe project that only finds the package (components in
-# $components) from a prefix and says whether JTK::JTKQt came with it; checks
-# that it succeeds (expect "ok", and the Qt targets when "qt") or fails with a
-# message containing $expect.
+# Configures a probe project that only finds the package from a prefix, with
+# the find_package arguments in $arguments, and says whether JTK::JTKQt came
+# with it; checks that it succeeds (expect "ok", and the Qt targets when "qt")
+# or fails with a message containing $expect.
 probe() {
-  local prefix=$1 components=$2 expect=$3 name=$4 output status=0
+  local prefix=$1 arguments=$2 expect=$3 name=$4 output status=0
   output=$(cmake -S "$work/probe" -B "$work/probe-build-$name" -DCMAKE_PREFIX_PATH="$prefix" \
-    -DPROBE_COMPONENTS="$components" "${@:5}" 2>&1) || status=$?
+    -DPROBE_ARGUMENTS="$arguments" "${@:5}" 2>&1) || status=$?
   rm -rf "$work/probe-build-$name"
   local fail=""
   case $expect in
@@ -113,8 +113,10 @@ mkdir -p "$work/probe"
 cat >"$work/probe/CMakeLists.txt" <<'PROBE'
 cmake_minimum_required(VERSION 3.25)
 project(Probe LANGUAGES CXX)
-find_package(JTK 0.3 REQUIRED ${PROBE_COMPONENTS})
-if(TARGET JTK::JTKQt)
+find_package(JTK 0.3 ${PROBE_ARGUMENTS})
+if(NOT JTK_FOUND)
+  message(FATAL_ERROR "probe: JTK not found: ${JTK_NOT_FOUND_MESSAGE}")
+elseif(TARGET JTK::JTKQt)
   message(STATUS "probe: JTK::JTKQt")
 else()
   message(STATUS "probe: no JTK::JTKQt")
@@ -131,14 +133,17 @@ if $hasQt; then
     >"$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
   grep -qx 'set(JTK_PACKAGE_HAS_QT OFF)' "$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake" ||
     { echo "FAIL: the package config does not say whether it has Qt"; exit 1; }
-  probe "$work/prefix" "" ok without-components
-  probe "$work/prefix" "COMPONENTS;Qt" qt qt
-  probe "$work/prefix" "COMPONENTS;Qt" "because dependency Qt6 could not be found" qt-without-qt6 -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON
+  probe "$work/prefix" "REQUIRED" ok without-components
+  probe "$work/prefix" "REQUIRED;COMPONENTS;Qt" qt qt
+  # Not REQUIRED, so that Qt 6 is looked for, not demanded, and can be missing.
+  probe "$work/prefix" "COMPONENTS;Qt" "because dependency Qt6 could not be found" qt-without-qt6 \
+    -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON
+  probe "$work/prefix" "REQUIRED;OPTIONAL_COMPONENTS;Qt" ok optional-qt-without-qt6 -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON
 fi
-probe "$noQtPrefix" "" ok no-qt-package
-probe "$noQtPrefix" "OPTIONAL_COMPONENTS;Qt" ok no-qt-package-optional-qt
-probe "$noQtPrefix" "COMPONENTS;Qt" "built without its Qt backend" no-qt-package-qt
-probe "$work/prefix" "COMPONENTS;Gtk" "has no component Gtk" unknown-component
+probe "$noQtPrefix" "REQUIRED" ok no-qt-package
+probe "$noQtPrefix" "REQUIRED;OPTIONAL_COMPONENTS;Qt" ok no-qt-package-optional-qt
+probe "$noQtPrefix" "REQUIRED;COMPONENTS;Qt" "built without its Qt backend" no-qt-package-qt
+probe "$work/prefix" "REQUIRED;COMPONENTS;Gtk" "has no component Gtk" unknown-component
 
 echo "== Consumer through find_package"
 quietly cmake -S "$consumer" -B "$work/find-package" -DCMAKE_BUILD_TYPE=$buildType -DCMAKE_PREFIX_PATH="$work/prefix"
