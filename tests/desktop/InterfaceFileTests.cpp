@@ -46,14 +46,14 @@ TEST_F(InterfaceFile, buildsTheWindowHiddenAndSendsOutletsAndActionsToTheOwner) 
     loaded.window->makeKeyAndOrderFront();
     auto button = std::dynamic_pointer_cast<desktop::Button>(owner->outlets["group"]->subviews()[0]);
     EXPECT_EQ(button->performSelector("hbViewName"), platform::Value("Go Button"));
-    click(centerOnScreen(*button));
+    pressAt(centerOnScreen(*button));
     pumpMainLoop(0.05);
     EXPECT_EQ(owner->actions, std::vector<std::string>{"go: from Button"});
 
     std::weak_ptr<RecordingOwner> gone = owner;
     owner.reset();
     ASSERT_TRUE(gone.expired()) << "the window holds its owner weakly";
-    click(centerOnScreen(*button));
+    pressAt(centerOnScreen(*button));
     pumpMainLoop(0.05);  // a click after the owner has gone does nothing
 }
 

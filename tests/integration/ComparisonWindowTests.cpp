@@ -157,20 +157,20 @@ TEST_F(ComparisonWindow, holdingTheMouseOnThePictureShowsTheNewCaptureUntilRelea
         return std::pair{centerOnScreen(*view), centerOnScreen(*label)};
     });
 
-    postMouse(EventType::leftMouseDown, outside);
-    postMouse(EventType::leftMouseUp, outside);
+    postMouseAt(EventType::leftMouseDown, outside);
+    postMouseAt(EventType::leftMouseUp, outside);
     onQueue([] { drainEvents(); });
     EXPECT_EQ(shown(), difference) << "a press outside the picture changes nothing";
 
-    postMouse(EventType::leftMouseDown, picture);
+    postMouseAt(EventType::leftMouseDown, picture);
     onQueue([] { drainEvents(); });
     EXPECT_EQ(*shown(), blue);
-    postMouse(EventType::leftMouseUp, picture);
+    postMouseAt(EventType::leftMouseUp, picture);
     onQueue([] { drainEvents(); });
     EXPECT_EQ(shown(), difference);
 
     onMain([&] { controller->window()->close(); });
-    postMouse(EventType::leftMouseDown, picture);
+    postMouseAt(EventType::leftMouseDown, picture);
     onQueue([] { drainEvents(); });
     EXPECT_EQ(shown(), difference) << "closing the window removed the monitor";
     EXPECT_TRUE(fs::exists(version() / "testA" / "temp" / "a.png")) << "closing accepts nothing";

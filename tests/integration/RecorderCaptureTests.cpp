@@ -17,7 +17,7 @@ constexpr uint64_t commandFlag = platform::eventFlags::command;
 // The window a person works in, and the gestures the cases are made of.
 struct Scene {
     std::shared_ptr<desktop::Window> window;
-    std::shared_ptr<desktop::View> ok, rows[3], toolButton, field, otherField, volume, plainSlider, colour, hostile;
+    std::shared_ptr<desktop::View> ok, rows[3], toolButton, field, volume, plainSlider, colour;
 
     static Scene make() {
         Scene s;
@@ -27,17 +27,12 @@ struct Scene {
         for (int i = 0; i < 3; ++i) s.rows[i] = name(addView<desktop::Button>(content, Rect{20.0 + 90 * i, 300, 80, 24}), "Row");
         auto toolbar = name(addView<desktop::View>(content, Rect{300, 290, 180, 40}), "Toolbar");
         s.toolButton = addView<desktop::Button>(toolbar, Rect{10, 8, 60, 24});
-        auto field = addView<desktop::TextField>(content, Rect{20, 240, 150, 24});
-        auto otherField = addView<desktop::TextField>(content, Rect{180, 240, 150, 24});
-        field->setNextKeyView(otherField);
-        s.field = name(field, "Field");
-        s.otherField = name(otherField, "Other");
+        s.field = name(addView<desktop::TextField>(content, Rect{20, 240, 150, 24}), "Field");
         s.volume = name(addView<desktop::Slider>(content, Rect{20, 200, 200, 20}, 0, 100, 0), "Volume");
         s.plainSlider = addView<desktop::Slider>(content, Rect{250, 200, 100, 20}, 0, 100, 0);
         auto colours = desktop::Menu::make("Colour");
         for (const char* title : {"Red", "Green"}) colours->addItem(desktop::MenuItem::make(title));
         s.colour = name(addView<desktop::PopUpButton>(content, Rect{20, 150, 150, 26}, colours), "Colour");
-        s.hostile = name(addView<desktop::Button>(content, Rect{360, 340, 100, 24}), "say \"hi\" \\");
 
         auto mainMenu = desktop::Menu::make("Main");
         auto file = desktop::MenuItem::make("File");
@@ -62,7 +57,10 @@ void drag(Point from, double dx) {
 }
 
 // Each gesture is checked in one language; what every language makes of the
-// same call is the code generator's own test.
+// same call is the code generator's own test. A click at the centre, a double
+// click, typed text with quotes, backslashes and an emoji, ended by Tab and by
+// Return, are in the recorded Sample session (tests/roundtrip), whose Swift
+// and Objective-C files are compared with the expected ones.
 struct CaptureCase {
     const char* label;
     std::function<void(Scene&)> gestures;
@@ -74,7 +72,6 @@ struct CaptureCase {
 constexpr auto swift = JTKDialect::swift, objectiveC = JTKDialect::objectiveC, cpp = JTKDialect::cpp;
 
 const std::vector<CaptureCase> captureCases = {
-    {"clickAtCentre", [](Scene& s) { pressAt(centre(s.ok)); }, swift, {"element(\"OK\").click()"}},
     {"offsetRoundsHalvesAwayFromZero",
      [](Scene& s) {
          for (double dx : {0.4, 0.5, -0.5}) pressAt(plus(centre(s.ok), dx));
@@ -82,12 +79,6 @@ const std::vector<CaptureCase> captureCases = {
      cpp,
      {"element(\"OK\").click();", "element(\"OK\").click({.offset = {1.0, 0.0}});",
       "element(\"OK\").click({.offset = {-1.0, 0.0}});"}},
-    {"doubleClickReplacesTheFirstPress",
-     [](Scene& s) {
-         pressAt(centre(s.ok), 1);
-         pressAt(centre(s.ok), 2);
-     },
-     objectiveC, {"[[self element:@\"OK\"] clickdoubleClick: true];"}},
     {"doubleClickOnTwoElementsKeepsBoth",
      [](Scene& s) {
          pressAt(centre(s.ok), 1);
@@ -110,22 +101,6 @@ const std::vector<CaptureCase> captureCases = {
      },
      objectiveC,
      {"[[self element:@\"Volume\"] click];", "[[[self element:@\"Volume\"] click] dragWithOffset: NSMakePoint(-5.0,0.0)];"}},
-    {"returnEndsTheTypedText",
-     [](Scene& s) {
-         pressAt(centre(s.field));
-         typeCharacters("abc");
-         pressKey(36);
-     },
-     swift, {"element(\"Field\").click()", "typeText(\"abc\\r\")"}},
-    {"tabFlushesTheTextAndIsAKey",
-     [](Scene& s) {
-         pressAt(centre(s.field));
-         typeCharacters("abc");
-         pressKey(48);
-         typeCharacters("de");
-         pressKey(36);
-     },
-     cpp, {"element(\"Field\").click();", "typeText(\"abc\");", "typeKey(\"\\t\");", "typeText(\"de\\r\");"}},
     {"aClickFlushesTheTypedTextFirst",
      [](Scene& s) {
          pressAt(centre(s.field));
@@ -133,16 +108,6 @@ const std::vector<CaptureCase> captureCases = {
          pressAt(centre(s.ok));
      },
      objectiveC, {"[[self element:@\"Field\"] click];", "[self typeText: @\"abc\"];", "[[self element:@\"OK\"] click];"}},
-    {"hostileTextsStayValidLiterals",
-     [](Scene& s) {
-         pressAt(centre(s.hostile));
-         pressAt(centre(s.field));
-         typeCharacters("q\"\\\xF0\x9F\x98\x80");
-         pressKey(36);
-     },
-     swift,
-     {"element(\"say \\\"hi\\\" \\\\\").click()", "element(\"Field\").click()",
-      "typeText(\"q\\\"\\\\\xF0\x9F\x98\x80\\r\")"}},
     {"menuBarCommandsAreTheirShortcuts",
      [](Scene& s) {
          pressKey(1, commandFlag);   // Save: command-S

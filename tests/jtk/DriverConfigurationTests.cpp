@@ -111,6 +111,8 @@ TEST(DriverLaunch, uxtestAnywhereInAnArgumentMakesATestLaunch) {
     EXPECT_FALSE(jtkArgumentsRequestTesting({}));
 }
 
+// The system's version text has two components, so point releases of one
+// system share their screenshots and another major release gets its own.
 TEST(DriverTags, theVersionTagDropsTheLastComponentAndTheTestTagEveryTest) {
     const std::vector<std::pair<std::string, std::string>> versions{
         {"Version 14.2.1 (Build 23C71)", "142"}, {"Version 10.15.7 (Build 19H2)", "1015"},

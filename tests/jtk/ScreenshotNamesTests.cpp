@@ -1,13 +1,11 @@
-// The texts of the screenshot store: numbers in file names, whole file names,
-// the size threshold from launch arguments, and the version tag of the
-// desktop's operating-system text.
+// The texts of the screenshot store: numbers in file names, whole file names
+// and the size threshold from launch arguments. (The version tag is the
+// driver's tags test; the text it is made from, the process-info test.)
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "run/JTKRunConfiguration.h"
 #include "screenshots/JTKScreenshotNames.h"
-#include "JTK/services/ProcessInfo.h"
 
 using namespace jtk;
 
@@ -61,25 +59,3 @@ INSTANTIATE_TEST_SUITE_P(
                     ThresholdCase{{"fileSizeThresh=9223372036854775807"}, std::numeric_limits<int64_t>::max()},
                     ThresholdCase{{"fileSizeThresh=9223372036854775808"}, 30000},
                     ThresholdCase{{"fileSizeThresh=-9223372036854775808"}, std::numeric_limits<int64_t>::min()}));
-
-struct VersionCase {
-    const char* osRelease;
-    const char* debianVersion;
-    const char* versionTag;
-};
-
-class VersionTagOfTheMachine : public testing::TestWithParam<VersionCase> {};
-
-// The tag drops the minor number, so point releases of one system share
-// their screenshots and another major release gets its own.
-TEST_P(VersionTagOfTheMachine, followsTheMajorRelease) {
-    auto text = services::formatOperatingSystemVersion(GetParam().osRelease, GetParam().debianVersion, "6.1.0-28-amd64");
-    EXPECT_EQ(jtkVersionTag(text), GetParam().versionTag) << text;
-}
-
-INSTANTIATE_TEST_SUITE_P(Releases, VersionTagOfTheMachine,
-                         testing::Values(VersionCase{"VERSION_ID=\"12\"\n", "12.8\n", "12"},
-                                         VersionCase{"VERSION_ID=\"12\"\n", "12.11\n", "12"},
-                                         VersionCase{"VERSION_ID=\"13\"\n", "13.1\n", "13"},
-                                         VersionCase{"VERSION_ID=\"22.04\"\n", "bookworm/sid\n", "22"},
-                                         VersionCase{"", "", "0"}));

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <thread>
@@ -114,9 +115,15 @@ INSTANTIATE_TEST_SUITE_P(Gestures, NeutralClick,
                                          ClickCase{"double", {.doubleClick = true}, {0, 2}, 0}),
                          [](const auto& info) { return std::string(info.param.label); });
 
-TEST_F(Neutral, clicksRunAButtonsActionOncePerClick) {
-    onQueue([&] { JTKTestSuite::element("Save").click().click(); });
+// Two clicks one after the other (each with its pause) are two single clicks,
+// never a double click.
+TEST_F(Neutral, clicksRunAButtonsActionOncePerClickAndTwoClicksAreNoDoubleClick) {
+    onQueue([&] {
+        JTKTestSuite::element("Save").click().click();
+        JTKTestSuite::element("Pad").click().click();
+    });
     EXPECT_EQ(jtkOnMainThread([&] { return actionCount(save); }), 2);
+    EXPECT_EQ(jtkOnMainThread([&] { return presses(pad); }), (std::vector<Press>{{1, 0}, {1, 0}}));
 }
 
 TEST_F(Neutral, typedTextGoesToTheClickedFieldAndTabMovesOn) {
@@ -164,6 +171,8 @@ TEST_F(Neutral, aCaptureIsTheViewsSizeAndTheSameTwice) {
     EXPECT_EQ(one->width, 420u);
     EXPECT_EQ(one->height, 320u);
     EXPECT_TRUE(one->pixels == two->pixels);
+    // Something is drawn: not every pixel is the same.
+    EXPECT_NE(std::adjacent_find(one->pixels.begin(), one->pixels.end(), std::not_equal_to<>()), one->pixels.end());
 }
 
 // The controls the framework's own windows use: an interface file's window

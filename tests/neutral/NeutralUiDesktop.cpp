@@ -1,17 +1,9 @@
 // The neutral tests' toolkit on the embedded desktop.
-#include <atomic>
 #include <map>
 #include <stdexcept>
 
-#include "JTK/desktop/Application.h"
-#include "JTK/desktop/RunLoop.h"
-#include "JTK/desktop/Window.h"
-#include "JTK/desktop/controls/Button.h"
-#include "JTK/desktop/controls/Label.h"
-#include "JTK/desktop/controls/Slider.h"
-#include "JTK/desktop/controls/TextField.h"
-#include "JTK/platform/Dispatch.h"
 #include "tests/neutral/NeutralUi.h"
+#include "tests/support/DesktopFixtures.h"
 
 namespace neutral {
 
@@ -42,15 +34,12 @@ V& as(const ViewPtr& view) {
 }  // namespace
 
 void closeAllWindows() {
-    auto windows = desktop::Application::shared()->desktopWindows();  // closing changes the list
-    for (auto& window : windows) window->close();
+    testsupport::closeAllWindows();
     actionCounts().clear();
 }
 
 std::shared_ptr<platform::Window> makeWindow(const Rect& content, const std::string& title) {
-    auto window = desktop::Window::make(content, title);
-    window->makeKeyAndOrderFront();
-    return window;
+    return testsupport::makeWindow(content, title);
 }
 
 ViewPtr add(Kind kind, const ViewPtr& parent, const Rect& frame, const std::string& text) {
@@ -108,17 +97,7 @@ double sliderValue(const ViewPtr& slider) { return as<desktop::Slider>(slider).d
 std::vector<Press> presses(const ViewPtr& recorder) { return as<PressRecorder>(recorder).presses; }
 
 void onQueue(const std::function<void()>& body) {
-    auto& loop = desktop::RunLoop::main();
-    std::atomic<bool> finished{false};
-    auto queue = platform::makeSerialQueue("NeutralTestQueue");
-    queue->async([&] {
-        body();
-        finished = true;
-        loop.wakeUp();
-    });
-    loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + std::chrono::seconds(60),
-                 [&] { return finished.load(); });
-    if (!finished) throw std::runtime_error("the body on the queue did not finish within 60 s");
+    if (!testsupport::runOnQueue(body)) throw std::runtime_error("the body on the queue did not finish within 60 s");
 }
 
 int runOnToolkit(int&, char**, const std::function<int()>& body) {

@@ -1,9 +1,9 @@
-// Real input through the framework: clicks and typing posted from a test
-// queue reach Qt's widgets as a person's would, while this thread runs Qt.
-#include <QLineEdit>
+// Real input through the framework, posted from a test queue while this
+// thread runs Qt: what an event monitor sees of a click, and a command key
+// reaching a shortcut. (Clicks, double clicks and typing reaching Qt's widgets
+// are the backend-neutral tests'.)
 #include <QPushButton>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 #include "JTK/JTKElement.h"
 #include "JTK/JTKTestSuite.h"
@@ -14,20 +14,6 @@ using namespace jtk;
 using qttest::QtTest;
 
 namespace {
-
-// Counts the events of one type a widget receives.
-class EventCounter : public QObject {
-public:
-    EventCounter(QObject* watched, QEvent::Type type) : type_(type) { watched->installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == type_) ++count;
-        return false;
-    }
-    int count = 0;
-
-private:
-    QEvent::Type type_;
-};
 
 class QtInput : public QtTest {
 protected:
@@ -46,12 +32,6 @@ protected:
     }
 };
 
-TEST_F(QtInput, aClickClicksTheButtonOnce) {
-    onQueue([] { JTKTestSuite::element("OK").click(); });
-    qttest::pump(50);
-    EXPECT_EQ(clicks, 1);
-}
-
 TEST_F(QtInput, aMonitorSeesTheClickAndCanSwallowIt) {
     auto application = platform::sharedApplication();
     int presses = 0;
@@ -65,53 +45,6 @@ TEST_F(QtInput, aMonitorSeesTheClickAndCanSwallowIt) {
     application->removeMonitor(token);
     EXPECT_EQ(presses, 1);
     EXPECT_EQ(clicks, 0);
-}
-
-struct ClickCase {
-    const char* label;
-    int pauseMilliseconds;  // between two single clicks; -1: one double click
-    int doubleClicks;
-};
-
-class DoubleClicks : public QtInput, public ::testing::WithParamInterface<ClickCase> {};
-
-TEST_P(DoubleClicks, comeOnlyFromADoubleClick) {
-    EventCounter counter(button, QEvent::MouseButtonDblClick);
-    int pause = GetParam().pauseMilliseconds;
-    onQueue([pause] {
-        auto ok = JTKTestSuite::element("OK");
-        if (pause < 0) {
-            ok.click({0, 0}, true);
-            return;
-        }
-        ok.click();
-        std::this_thread::sleep_for(std::chrono::milliseconds(pause));
-        ok.click();
-    });
-    qttest::pump(50);
-    EXPECT_EQ(counter.count, GetParam().doubleClicks);
-}
-
-INSTANTIATE_TEST_SUITE_P(Qt, DoubleClicks,
-                         ::testing::Values(ClickCase{"doubleClick", -1, 1}, ClickCase{"twoClicksApart", 250, 0}),
-                         [](const auto& info) { return std::string(info.param.label); });
-
-TEST_F(QtInput, typedTextReachesTheFocusedFieldAndTabMovesOn) {
-    auto* first = new QLineEdit(window);
-    first->setGeometry(20, 60, 200, 24);
-    first->setObjectName("first");
-    auto* second = new QLineEdit(window);
-    second->setGeometry(20, 100, 200, 24);
-    first->show();
-    second->show();
-    QWidget::setTabOrder(first, second);
-    onQueue([] {
-        JTKTestSuite::element("first").click();
-        JTKTestSuite::typeText("Café\tNo");
-    });
-    qttest::pump(50);
-    EXPECT_EQ(first->text(), QStringLiteral("Café"));
-    EXPECT_EQ(second->text(), QStringLiteral("No"));
 }
 
 TEST_F(QtInput, aCommandKeyReachesAControlShortcut) {

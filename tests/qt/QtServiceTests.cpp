@@ -1,13 +1,11 @@
-// The backend's services: pictures, the main queue inside modal loops,
+// The backend's services: the main queue inside modal loops,
 // default-mode timers, the data folder and the user defaults.
-#include <QLabel>
 #include <QMessageBox>
 #include <QStandardPaths>
 #include <QTimer>
 #include <chrono>
 
 #include "JTK/platform/Application.h"
-#include "JTK/platform/Images.h"
 #include "JTK/platform/Process.h"
 #include "JTK/platform/RunLoop.h"
 #include "JTK/platform/UserDefaults.h"
@@ -19,26 +17,6 @@ using namespace jtk;
 using qttest::QtTest;
 
 namespace {
-
-TEST_F(QtTest, aCaptureIsTheSameTwice) {
-    auto* top = makeWindow(QRect(0, 0, 160, 80));
-    auto* label = new QLabel("Captured", top);
-    label->setGeometry(10, 10, 120, 30);
-    label->show();
-    qttest::pump(20);
-    auto view = qt::windowFor(top)->contentView();
-    auto capture = [&] {
-        auto bitmap = platform::bitmapForCachingDisplay(*view);
-        EXPECT_TRUE(bitmap && platform::cacheDisplayInBitmap(*view, *bitmap));
-        return bitmap.value_or(imaging::Image{});
-    };
-    auto first = capture();
-    EXPECT_EQ(first.width, 160u);
-    EXPECT_EQ(first.height, 80u);
-    // Something is drawn: not every pixel is the same.
-    EXPECT_NE(std::adjacent_find(first.pixels.begin(), first.pixels.end(), std::not_equal_to<>()), first.pixels.end());
-    EXPECT_EQ(capture(), first);
-}
 
 TEST_F(QtTest, theMainQueueRunsInsideAModalDialog) {
     QMessageBox box(QMessageBox::Information, "Modal", "Wait");

@@ -69,6 +69,22 @@ std::shared_ptr<V> name(const std::shared_ptr<V>& view, const std::string& text)
     answer(view, "hbViewName", text);
     return view;
 }
+// Runs body as a test run does: on a serial queue while this (main) thread
+// services the main run loop until the body has finished; false when it has
+// not finished after 60 seconds.
+inline bool runOnQueue(const std::function<void()>& body) {
+    auto& loop = desktop::RunLoop::main();
+    std::atomic<bool> finished{false};
+    auto queue = platform::makeSerialQueue("TestBodyQueue");
+    queue->async([&] {
+        body();
+        finished = true;
+        loop.wakeUp();
+    });
+    loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + std::chrono::seconds(60),
+                 [&] { return finished.load(); });
+    return finished;
+}
 // The centre of a view on screen (main thread).
 inline Point centerOnScreen(const desktop::View& view) {
     auto rect = view.desktopWindow()->convertRectToScreen(view.convertRectToWindow(view.bounds()));
@@ -104,20 +120,8 @@ protected:
 
     // Services the main run loop for a while (main thread only).
     static void pumpMainLoop(double seconds) { desktop::RunLoop::main().runFor(seconds); }
-    // Runs body as a test run does: on a serial queue while this (main)
-    // thread services the main run loop until the body has finished.
     static void onQueue(const std::function<void()>& body) {
-        auto& loop = desktop::RunLoop::main();
-        std::atomic<bool> finished{false};
-        auto queue = platform::makeSerialQueue("TestBodyQueue");
-        queue->async([&] {
-            body();
-            finished = true;
-            loop.wakeUp();
-        });
-        loop.runMode(platform::RunLoopMode::defaultMode, desktop::Clock::now() + std::chrono::seconds(60),
-                     [&] { return finished.load(); });
-        ASSERT_TRUE(finished.load()) << "the test body did not finish within 60 s";
+        ASSERT_TRUE(runOnQueue(body)) << "the test body did not finish within 60 s";
     }
     static auto onMain(auto&& work) { return jtkOnMainThread(work); }
     // Polls a condition until it holds, for up to 10 s, servicing the main run
@@ -131,9 +135,6 @@ protected:
         return true;
     }
     static bool eventually(const std::function<bool()>& condition) { return waitFor([&] { return onMain(condition); }); }
-    // The gestures of PostedGestures.h under the names some tests know them by.
-    static void postMouse(EventType type, Point screenPoint) { postMouseAt(type, screenPoint); }
-    static void click(Point screenPoint) { pressAt(screenPoint); }
     static void drainEvents() { EXPECT_TRUE(settleEvents()) << "posted events were not dispatched"; }
 
     // The events posted through the window server, optionally only some types.
