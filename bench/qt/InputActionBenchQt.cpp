@@ -27,6 +27,10 @@ void bench::buildActionScene() {
         popUp->addItems({QStringLiteral("One"), QStringLiteral("Two"), QStringLiteral("Three")});
         popUp->setGeometry(350, 76, 120, 24);
         popUp->setProperty("hbViewName", QStringLiteral("BenchPopUp"));
+        // As the embedded desktop's pop-up button, it takes no keyboard focus:
+        // the typing benchmark's space would otherwise open its list, and the
+        // next benchmark's click would close it instead of opening it.
+        popUp->setFocusPolicy(Qt::NoFocus);
         made->show();
         made->activateWindow();
         return made;
