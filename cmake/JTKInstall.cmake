@@ -70,6 +70,9 @@ write_basic_package_version_file(
 install(FILES
     ${PROJECT_BINARY_DIR}/JTKConfig.cmake
     ${PROJECT_BINARY_DIR}/JTKConfigVersion.cmake
+    ${CMAKE_CURRENT_LIST_DIR}/JTKUxTests.cmake
+    ${CMAKE_CURRENT_LIST_DIR}/JTKUxTestDiscovery.cmake
+    ${CMAKE_CURRENT_LIST_DIR}/JTKUxTestRun.cmake
   DESTINATION ${JTK_INSTALL_CMAKEDIR})
 
 # The pkg-config file finds its prefix from where it lies, so an install moved

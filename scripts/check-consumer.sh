@@ -55,6 +55,24 @@ checkRun() {
   echo "${app##*/} through $how: OK"
 }
 
+# Runs the Consumer build's ctests (one per UI test, made by jtk_add_uxtests)
+# and checks that each UI test ran and passed as a ctest of its own.
+checkCtest() {
+  local build=$1 how=$2 expected=$3 output status=0
+  output=$(cd "$build" && ctest --output-on-failure -j2 2>&1) || status=$?
+  local fail=""
+  [ "$status" -eq 0 ] || fail="ctest exit status $status"
+  [ -n "$fail" ] || grep -q "tests passed, 0 tests failed out of $expected\$" <<<"$output" ||
+    fail="not $expected passing ctests"
+  [ -n "$fail" ] || grep -q 'Consumer.testGreetsTheTestUser .* Passed' <<<"$output" || fail="no per-test ctest"
+  if [ -n "$fail" ]; then
+    echo "$output"
+    echo "FAIL: ctest through $how: $fail"
+    return 1
+  fi
+  echo "ctest through $how: OK ($expected UI tests)"
+}
+
 # Configures a probe project that only finds the package from a prefix, with
 # the find_package arguments in $arguments, and says whether JTK::JTKQt came
 # with it; checks that it succeeds (expect "ok", and the Qt targets when "qt")
@@ -152,6 +170,9 @@ checkRun "$work/find-package/Consumer" find_package
 if $hasQt; then
   [ -x "$work/find-package/QtConsumer" ] || { echo "FAIL: QtConsumer not built through find_package"; exit 1; }
   checkRun "$work/find-package/QtConsumer" "find_package, Qt component"
+  checkCtest "$work/find-package" find_package 2
+else
+  checkCtest "$work/find-package" find_package 1
 fi
 
 echo "== Consumer through pkg-config"
@@ -171,6 +192,11 @@ targets=(Consumer)
 if $hasQt; then targets+=(QtConsumer); fi
 quietly cmake --build "$work/add-subdirectory" -j2 --target "${targets[@]}"
 checkRun "$work/add-subdirectory/Consumer" add_subdirectory
-if $hasQt; then checkRun "$work/add-subdirectory/QtConsumer" "add_subdirectory, Qt"; fi
+if $hasQt; then
+  checkRun "$work/add-subdirectory/QtConsumer" "add_subdirectory, Qt"
+  checkCtest "$work/add-subdirectory" add_subdirectory 2
+else
+  checkCtest "$work/add-subdirectory" add_subdirectory 1
+fi
 
 echo "Consumer checks: OK"

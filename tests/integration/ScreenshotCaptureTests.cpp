@@ -48,7 +48,6 @@ protected:
 
         JTKTestSuite::setJtkScreenshotsURL(root);
         testFolder = root / JTKTestSuite::jtkTestVersion() / "Small";
-        JTKScreenshotCapture::resetCounts();
 
         window = makeWindow({100, 100, 320, 160}, "Small");
         auto content = window->desktopContentView();
@@ -66,9 +65,10 @@ protected:
     }
 
     // Captures as a test run does; returns the lines printed meanwhile.
-    std::string capture() { return capturedStdout([] { JTKScreenshotCapture::captureScreenshots("Small"); }); }
+    std::string capture() { return capturedStdout([this] { report = JTKScreenshotCapture::captureScreenshots("Small"); }); }
 
     ScratchFolder scratch;
+    JTKCaptureReport report;
     fs::path root = scratch.path, testFolder;
     std::shared_ptr<desktop::Window> window;
     std::shared_ptr<desktop::Box> box;
@@ -79,17 +79,21 @@ protected:
 TEST_F(ScreenshotCapture, storesOnceMatchesAfterwardsAndFilesAChangedViewInTemp) {
     EXPECT_EQ(capture(), "");
     auto stored = treeOf(root);
-    // The content view, the box, the label, the button and the text field;
-    // the tiny empty view's PNG is below the threshold.
-    EXPECT_EQ(stored.size(), 5u);
-    EXPECT_EQ(JTKScreenshotCapture::counts().storedAsNew, 5);
+    // The content view, the box, the label, the button and the text field,
+    // and the list of what was captured; the tiny empty view's PNG is below
+    // the threshold.
+    EXPECT_EQ(stored.size(), 6u);
+    EXPECT_EQ(report.storedAsNew, 5);
+    EXPECT_EQ(report.underThreshold, 1);
+    EXPECT_THAT(namesIn(testFolder), testing::Contains(jtkCapturedListName));
+    EXPECT_NE(readFile(testFolder / jtkCapturedListName).find(screenshotFileName(label) + ".png\n"), std::string::npos);
     EXPECT_TRUE(stored.contains(fs::relative(testFolder / (screenshotFileName(label) + ".png"), root).string()));
     EXPECT_FALSE(fs::exists(testFolder / (screenshotFileName(tiny) + ".png")));
     EXPECT_FALSE(fs::exists(testFolder / "temp"));
 
     EXPECT_EQ(capture(), "");
     EXPECT_EQ(treeOf(root), stored) << "the second capture of the same window wrote a file";
-    EXPECT_EQ(JTKScreenshotCapture::counts().matched, 5);
+    EXPECT_EQ(report.matched, 5);
     EXPECT_FALSE(fs::exists(testFolder / "temp"));
 
     // Same name and value, another look: the label's image and the images of
@@ -101,13 +105,16 @@ TEST_F(ScreenshotCapture, storesOnceMatchesAfterwardsAndFilesAChangedViewInTemp)
                 testing::UnorderedElementsAre(screenshotFileName(window->desktopContentView()) + ".png",
                                               screenshotFileName(box) + ".png", screenshotFileName(label) + ".png"));
     for (const auto& [name, state] : stored) EXPECT_EQ(treeOf(root).at(name), state) << name;
-    EXPECT_EQ(JTKScreenshotCapture::counts().differed, 3);
+    EXPECT_EQ(report.differed, 3);
+    EXPECT_EQ(report.differing.size(), 3u);
 
     // New text is a new value, so a new name: a first accepted image of its own.
     label->setStringValue("Goodbye");
     capture();
     EXPECT_TRUE(fs::exists(testFolder / (screenshotFileName(label) + ".png")));
-    EXPECT_EQ(JTKScreenshotCapture::counts().storedAsNew, 6);
+    EXPECT_EQ(report.storedAsNew, 1);
+    EXPECT_EQ(readFile(testFolder / jtkCapturedListName).find("Hello there"), std::string::npos)
+        << "the list names what the last capture produced";
 }
 
 TEST_F(ScreenshotCapture, unwritableFoldersAndFilesAreReportedAndTheLoopGoesOn) {
@@ -126,7 +133,8 @@ TEST_F(ScreenshotCapture, unwritableFoldersAndFilesAreReportedAndTheLoopGoesOn) 
     lines = capture();
     EXPECT_EQ(lines, "Could not write the file \"" + labelFile.filename().string() + "\" in the folder \"" +
                          testFolder.string() + "\": Is a directory\n");
-    EXPECT_EQ(namesIn(testFolder).size(), 5u);
+    EXPECT_EQ(namesIn(testFolder).size(), 6u) << "four images, the folder in the way and the list";
+    EXPECT_EQ(report.notStored, 1);
     EXPECT_TRUE(fs::is_directory(labelFile));
 }
 

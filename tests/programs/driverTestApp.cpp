@@ -31,6 +31,8 @@
 #include "JTK/JTKTestSuite.h"
 #include "elements/JTKViewTexts.h"
 #include "JTK/desktop/Application.h"
+#include "JTK/desktop/Window.h"
+#include "JTK/desktop/controls/Button.h"
 #include "JTK/services/ProcessInfo.h"
 #include "JTK/platform/Application.h"
 #include "JTK/platform/Dispatch.h"
@@ -175,6 +177,11 @@ int main(int argc, char** argv) {
             }
         });
 
+    if (hasFlag("window")) {
+        static auto window = desktop::Window::make(platform::Rect{100, 100, 300, 200}, "Main");
+        window->desktopContentView()->addSubview(std::make_shared<desktop::Button>(platform::Rect{10, 10, 80, 20}, "Save"));
+        window->makeKeyAndOrderFront();
+    }
     if (hasFlag("untrusted")) services::setAccessibilityTrusted(false);
     if (hasFlag("untrusted")) platform::dispatchAfterMain(1.25, [] {
         jtkPrintLine("trust granted");

@@ -13,7 +13,8 @@
 #include "run/JTKConsole.h"
 #include "run/JTKMainThread.h"
 #include "run/JTKProcessEnd.h"
-#include "run/JTKRunEnd.h"
+#include "run/JTKTestFailure.h"
+#include "run/JTKTestResults.h"
 
 namespace jtk {
 
@@ -121,9 +122,12 @@ JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::option
         double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
         if (!(elapsed <= timeout)) {
             jtkPrintLine("waitForExistence timeout while looking for element: " + lookup);
-            // Puts the user's data back (restoreApplicationSupportData), then
-            // ends the process; a second end racing this one waits for it.
-            jtkRestoreAndExit(0);
+            // Fails the test; a run that ends here puts the user's data back
+            // first and ends with status 0, as a run out of time always has.
+            jtkFailTest("no element matches \"" + lookup + "\"" +
+                            (type ? " of class " + type->name : std::string()) + " after waiting " +
+                            jtkDurationText(timeout),
+                        {}, {}, 0);
         }
         std::this_thread::sleep_for(pollInterval);
         found = elementExists(lookup, type);

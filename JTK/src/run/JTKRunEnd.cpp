@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -25,7 +26,11 @@
 #include "JTK/platform/RunLoop.h"
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
+#include "run/JTKRunOptions.h"
+#include "run/JTKTestFailure.h"
+#include "run/JTKTestResults.h"
 #include "run/JTKTestRun.h"
+#include "screenshots/JTKFailurePictures.h"
 
 namespace jtk {
 
@@ -47,7 +52,11 @@ void jtkCompleteRun() {
     jtkRestoreAndExit(0);
 }
 
-void JTKTestSuite::endTests() { jtkRestoreAndExit(0); }
+// A test that ends the run on purpose has passed; the tests after it did not run.
+void JTKTestSuite::endTests() {
+    JTKTestResults::shared().testFinished();
+    jtkRestoreAndExit(0);
+}
 
 void JTKTestSuite::timeout() { jtkRestoreAndExit(0); }
 
@@ -74,13 +83,34 @@ void jtkExitProcess(int status) {
     std::_Exit(status);
 }
 
-void jtkRestoreAndExit(int status) {
+// Ends the results before the process goes: pictures of a test that is
+// still running, the last JUnit file and the summary. A strict run's status
+// says whether every test passed, unless something else already ends it
+// with a status of its own.
+int finishResults(int status, const std::string& why) {
+    auto& results = JTKTestResults::shared();
+    if (!results.begun()) return status;
+    if (auto test = results.runningTest()) {
+        for (const auto& picture : jtkTakeFailurePictures(jtkRunOptions().picturesFolder(), *test))
+            results.attach(picture);
+    }
+    results.end(why);
+    if (jtkRunOptions().strict && status == 0) return results.strictStatus();
+    return status;
+}
+
+void jtkEndRun(int status, const std::string& why) {
     endLock().lock();
+    status = finishResults(status, why);
     JTKTestSuite::restoreApplicationSupportData();
     jtkExitProcess(status);
 }
 
+void jtkRestoreAndExit(int status) { jtkEndRun(status, "the run ended while this test was running"); }
+
 void jtkFatalStop(const std::string& message, const char* location) {
+    // Inside a test, a stop fails that test (and, in a strict run, only that test).
+    if (JTKTestResults::shared().runningTest()) jtkFailTest(message, {}, location ? location : "", 1);
     endLock().lock();
     jtkPrintLine(message);
     std::cout.flush();
@@ -103,7 +133,16 @@ int signalPipe[2] = {-1, -1};
 // inherits the handlers but not the watcher: its signals are its own.
 std::atomic<pid_t> watchedProcess{0};
 
-constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT};
+constexpr int watchedSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+
+// Signals that end the process as soon as their handler returns (abort()),
+// or that would come again at once (a crash): the handler holds the thread.
+bool holdsTheThread(int signalNumber) {
+    return signalNumber == SIGABRT || signalNumber == SIGSEGV || signalNumber == SIGBUS || signalNumber == SIGFPE ||
+           signalNumber == SIGILL;
+}
+
+bool isCrash(int signalNumber) { return holdsTheThread(signalNumber) && signalNumber != SIGABRT; }
 
 extern "C" void onWatchedSignal(int signalNumber) {
     int savedErrno = errno;
@@ -115,13 +154,14 @@ extern "C" void onWatchedSignal(int signalNumber) {
     }
     unsigned char byte = static_cast<unsigned char>(signalNumber);
     [[maybe_unused]] auto written = write(signalPipe[1], &byte, 1);
-    if (signalNumber == SIGABRT) {
-        // abort() ends the process as soon as this handler returns: hold this
-        // thread while the watcher puts the data back and ends the process.
-        // Bounded, since a thread that aborted may hold a lock the restore
-        // needs; then the next run recovers the data.
+    if (holdsTheThread(signalNumber)) {
+        // Hold this thread while the watcher puts the data back and ends the
+        // process. Bounded, since a thread that crashed may hold a lock the
+        // restore needs; then the signal ends the process as it would have,
+        // and the next run recovers the data.
         struct timespec step {0, 50'000'000};
         for (int i = 0; i < 200; ++i) nanosleep(&step, nullptr);
+        if (isCrash(signalNumber)) signal(signalNumber, SIG_DFL);
     }
     errno = savedErrno;
 }
@@ -136,9 +176,14 @@ void watch() {
         if (count != 1) return;
         int signalNumber = byte;
         stopRequested = true;
-        if (jtkDataMovedAside()) {
-            jtkPrintLine("Run interrupted by signal " + std::to_string(signalNumber));
-            jtkRestoreAndExit(128 + signalNumber);
+        if (jtkDataMovedAside() || JTKTestResults::shared().begun()) {
+            std::string why = isCrash(signalNumber)
+                                  ? "the process crashed (signal " + std::to_string(signalNumber) + ", " +
+                                        strsignal(signalNumber) + ")"
+                                  : "the run was interrupted by signal " + std::to_string(signalNumber);
+            if (isCrash(signalNumber)) jtkPrintLine("Run ended by a crash: signal " + std::to_string(signalNumber));
+            else jtkPrintLine("Run interrupted by signal " + std::to_string(signalNumber));
+            jtkEndRun(128 + signalNumber, why);
         }
         // Nothing of the user's is aside: end as the signal would have.
         std::signal(signalNumber, SIG_DFL);
@@ -195,13 +240,13 @@ bool inTheRunsProcess() { return getpid() == guardedProcess.load(); }
 void onExit(int status, void*) {
     if (!inTheRunsProcess()) return;
     jtkPrintLine("Run ended early: the process exited with status " + std::to_string(status));
-    jtkRestoreAndExit(status);
+    jtkEndRun(status, "the process exited with status " + std::to_string(status) + " during this test");
 }
 
 extern "C" void onQuickExit() {
     if (!inTheRunsProcess()) return;
     jtkPrintLine("Run ended early: the process called quick_exit");
-    jtkRestoreAndExit(1);
+    jtkEndRun(1, "the process called quick_exit during this test");
 }
 
 [[noreturn]] void onTerminate() {
@@ -217,7 +262,7 @@ extern "C" void onQuickExit() {
         }
     }
     jtkPrintLine("Run ended by " + reason);
-    jtkRestoreAndExit(128 + 6);  // as abort() would have, by SIGABRT
+    jtkEndRun(128 + 6, reason);  // as abort() would have, by SIGABRT
 }
 
 }  // namespace

@@ -10,7 +10,11 @@
 
 namespace jtk {
 
-// Restores the user's Application Support data and ends the process with status.
+// Ends the run: a test still running fails with why, the results are
+// written and summed up, the user's Application Support data is restored and
+// the process ends with status (a strict run's own status when status is 0).
+[[noreturn]] void jtkEndRun(int status, const std::string& why);
+// jtkEndRun with the reason that the run ended while a test was running.
 [[noreturn]] void jtkRestoreAndExit(int status);
 
 // True while this process has moved the user's data aside and not yet put it back.

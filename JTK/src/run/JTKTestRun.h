@@ -9,16 +9,13 @@
 
 namespace jtk {
 
-// Runs the tests in order with their screenshots, then tear-down, the
-// teardown commands, the comparison window and the final alert.
-[[noreturn]] void jtkRunTestLoop(const JTKMethodList& methods, const JTKTestOptions& options,
-                                 const std::vector<std::string>& teardownCommands);
+// Runs the chosen tests in order with their screenshots, recording each
+// result, then tear-down (methods holds it), the teardown commands, the
+// summary, the comparison window and the final alert (not in a CI run).
+[[noreturn]] void jtkRunTestLoop(const JTKMethodList& tests, const JTKTestOptions& options,
+                                 const JTKMethodList& methods, const std::vector<std::string>& teardownCommands);
 
 // The final alert on the main thread; "Quit" or 4 seconds restore and exit 0.
 [[noreturn]] void jtkCompleteRun();
-
-// The test the loop is running, for failure messages; empty between tests.
-void jtkSetCurrentTest(std::string name);
-std::string jtkCurrentTest();
 
 }  // namespace jtk

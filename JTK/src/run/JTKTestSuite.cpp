@@ -14,7 +14,11 @@
 #include "run/JTKRunConfiguration.h"
 #include "run/JTKRunEnd.h"
 #include "run/JTKShell.h"
+#include "run/JTKRunOptions.h"
+#include "run/JTKTestResults.h"
 #include "run/JTKTestRun.h"
+#include "run/JTKTestSelection.h"
+#include "JTK/platform/Application.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Process.h"
 #include "JTK/platform/RunLoop.h"
@@ -62,8 +66,12 @@ std::atomic<bool> runStarted{false};
 
 // Steps from the method list on: read the configuration, prepare the
 // environment and hand the run to the test queue.
+JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions& options);
+
 void startRun() {
     JTKMethodList methods = JTKRegistry::methods();
+    auto options = jtkMergeTestOptions(methods);
+    auto chosen = chooseTests(methods, options);
 
     if (auto path = jtkTextProvider(methods, "jtkUserDefaultsPath")) {
         JTKTestSuite::setJtkTestUserDefaultsURL(fileURL(*path));
@@ -88,7 +96,8 @@ void startRun() {
     std::error_code error;
     if (!fs::exists(root.parent_path(), error)) {
         jtkPrintLine("This app wasn't compiled on this machine. Crashing now so we don't copy files to weird places");
-        return;
+        jtkPrintLine("JTK: the screenshot folder " + screenshots.string() + " has no parent folder; no test ran");
+        jtkExitProcess(1);
     }
 
     auto launchCommands = jtkTextListProvider(methods, "jtkLaunchShellCommands");
@@ -104,15 +113,42 @@ void startRun() {
         jtkOnMainThread([&] { JTKRecorderController::shared().configure(file); });
     }
 
-    auto options = jtkMergeTestOptions(methods);
+    JTKTestResults::shared().begin(platform::sharedApplication()->name(), chosen.tests, jtkRunOptions());
     if (const auto* setup = jtkMethodNamed(methods, "jtkSetup"); setup && setup->invoke) setup->invoke();
 
     testQueue = platform::makeSerialQueue("GUITestQueue");
     jtkGuardProcessExits();  // again: before the statics made since the first guard
-    testQueue->async([methods = std::move(methods), options = std::move(options),
+    testQueue->async([tests = std::move(chosen.tests), methods = std::move(methods), options = std::move(options),
                       teardownCommands = std::move(teardownCommands)] {
-        jtkRunTestLoop(methods, options, teardownCommands);
+        jtkRunTestLoop(tests, options, methods, teardownCommands);
     });
+}
+
+// What the runner's options ask before a run may start: options that do not
+// parse, tests that share a name and a filter that chooses nothing end the
+// process with status 2; a list of the chosen tests ends it with 0. Nothing
+// of the user's has been touched then.
+JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions& options) {
+    auto refuse = [](const std::vector<std::string>& lines) {
+        for (const auto& line : lines) jtkPrintLine(line);
+        jtkPrintLine("JTK: no test ran; nothing was changed");
+        jtkExitProcess(2);
+    };
+    if (!jtkRunOptionErrors().empty()) refuse(jtkRunOptionErrors());
+    if (auto duplicates = jtkDuplicateTestNames(methods); !duplicates.empty()) refuse(duplicates);
+    const auto& runOptions = jtkRunOptions();
+    auto chosen = jtkSelectTests(jtkOrderedTests(methods, options), runOptions.filter, runOptions.shardIndex,
+                                 runOptions.shardCount);
+    if (chosen.refusal) refuse({*chosen.refusal});
+    if (runOptions.list) {
+        for (const auto& test : chosen.tests) jtkPrintLine(test.name);
+        jtkExitProcess(0);
+    }
+    if (chosen.emptyNote) {
+        jtkPrintLine(*chosen.emptyNote);
+        jtkExitProcess(0);
+    }
+    return chosen;
 }
 
 }  // namespace

@@ -3,9 +3,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <algorithm>
 
 #include "elements/JTKReadingOrder.h"
 #include "run/JTKConsole.h"
+#include "run/JTKAtomicFile.h"
 #include "run/JTKProcessEnd.h"
 #include "screenshots/JTKScreenshotNames.h"
 #include "JTK/JTKTestSuite.h"
@@ -19,12 +21,6 @@ namespace jtk {
 namespace fs = std::filesystem;
 
 namespace {
-
-JTKScreenshotCounts runCounts;  // main thread only
-
-fs::path captureFile(const fs::path& folder, const std::shared_ptr<platform::View>& view) {
-    return folder / (screenshotFileName(view) + ".png");
-}
 
 // The whole file, or none when it is missing or cannot be read (a folder of
 // that name included).
@@ -61,12 +57,55 @@ std::string writeWholeFile(const fs::path& file, const std::vector<uint8_t>& byt
 
 }  // namespace
 
-std::optional<std::vector<uint8_t>> JTKScreenshotCapture::capturePNG(const std::shared_ptr<platform::View>& view) {
+namespace {
+
+// The view's PNG, whatever its size; none when the view cannot be drawn.
+std::optional<std::vector<uint8_t>> drawPNG(const std::shared_ptr<platform::View>& view) {
     if (!view) return std::nullopt;
     auto bitmap = platform::bitmapForCachingDisplay(*view);
     if (!bitmap || !platform::cacheDisplayInBitmap(*view, *bitmap)) return std::nullopt;
-    std::vector<uint8_t> png = imaging::encodePNG(*bitmap);  // a failure is zero bytes
-    if (static_cast<int64_t>(png.size()) < fileSizeThreshold()) return std::nullopt;
+    return imaging::encodePNG(*bitmap);  // a failure is zero bytes
+}
+
+bool underThreshold(const std::vector<uint8_t>& png) { return static_cast<int64_t>(png.size()) < fileSizeThreshold(); }
+
+// Makes the folder with its parents; a failure is reported in one line.
+bool makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (!error && fs::is_directory(folder)) return true;
+    if (!error) error = std::make_error_code(std::errc::not_a_directory);
+    jtkPrintLine("Could not create the folder \"" + folder.string() + "\": " + error.message());
+    return false;
+}
+
+bool writePNG(const fs::path& folder, const std::string& fileName, const std::vector<uint8_t>& png) {
+    if (!makeFolder(folder)) return false;
+    if (std::string reason = writeWholeFile(folder / fileName, png); !reason.empty()) {
+        jtkPrintLine("Could not write the file \"" + fileName + "\" in the folder \"" + folder.string() + "\": " + reason);
+        return false;
+    }
+    return true;
+}
+
+// The names captured, one a line, replacing the list of the last capture.
+void writeCapturedList(const fs::path& testFolder, const std::vector<std::string>& names) {
+    // No folder: nothing was stored (or it cannot be made, which was said).
+    if (!fs::is_directory(testFolder)) return;
+    std::string text;
+    for (const auto& name : names) text += name + "\n";
+    // Unchanged, it is left alone: a run that matches everything writes nothing.
+    auto current = readWholeFile(testFolder / jtkCapturedListName);
+    if (current && std::string(current->begin(), current->end()) == text) return;
+    if (auto error = jtkWriteFileAtomically(testFolder / jtkCapturedListName, text); !error.empty())
+        jtkPrintLine("Could not write the list of captured images in \"" + testFolder.string() + "\": " + error);
+}
+
+}  // namespace
+
+std::optional<std::vector<uint8_t>> JTKScreenshotCapture::capturePNG(const std::shared_ptr<platform::View>& view) {
+    auto png = drawPNG(view);
+    if (!png || underThreshold(*png)) return std::nullopt;
     return png;
 }
 
@@ -74,54 +113,44 @@ JTKScreenshotCapture::WriteResult JTKScreenshotCapture::writeCapture(const fs::p
                                                                      const std::shared_ptr<platform::View>& view) {
     auto png = capturePNG(view);
     if (!png) return WriteResult::noCapture;
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (error || !fs::is_directory(folder)) {
-        if (!error) error = std::make_error_code(std::errc::not_a_directory);
-        jtkPrintLine("Could not create the folder \"" + folder.string() + "\": " + error.message());
-        return WriteResult::failed;
-    }
-    fs::path file = captureFile(folder, view);
-    if (std::string reason = writeWholeFile(file, *png); !reason.empty()) {
-        jtkPrintLine("Could not write the file \"" + file.filename().string() + "\" in the folder \"" +
-                     folder.string() + "\": " + reason);
-        return WriteResult::failed;
-    }
-    return WriteResult::written;
+    return writePNG(folder, screenshotFileName(view) + ".png", *png) ? WriteResult::written : WriteResult::failed;
 }
 
-void JTKScreenshotCapture::captureScreenshots(const std::string& testTag) {
+JTKCaptureReport JTKScreenshotCapture::captureScreenshots(const std::string& testTag) {
     auto root = JTKTestSuite::jtkScreenshotsURL();
     if (!root) jtkFatalStop("A screen shot storage URL must be provided as an extension to JTKTestSuite", "JTK/screenshots");
     fs::path testFolder = *root / JTKTestSuite::jtkTestVersion() / testTag;
 
+    JTKCaptureReport report;
+    std::vector<std::string> captured;
     for (const auto& window : platform::sharedApplication()->windows()) {
         auto content = window ? window->contentView() : nullptr;
         if (!content) continue;
         for (const auto& view : jtkAllViews(content)) {
-            auto accepted = readWholeFile(captureFile(testFolder, view));
-            if (!accepted) {
-                if (writeCapture(testFolder, view) == WriteResult::written) ++runCounts.storedAsNew;
+            // Drawn and encoded once: the same bytes are compared and written.
+            auto png = drawPNG(view);
+            if (!png) continue;
+            if (underThreshold(*png)) {
+                ++report.underThreshold;
                 continue;
             }
-            auto capture = capturePNG(view);
-            if (capture && *capture == *accepted) {
-                ++runCounts.matched;
-                continue;
+            std::string fileName = screenshotFileName(view) + ".png";
+            if (std::find(captured.begin(), captured.end(), fileName) == captured.end()) captured.push_back(fileName);
+            auto accepted = readWholeFile(testFolder / fileName);
+            if (accepted && *accepted == *png) {
+                ++report.matched;
+            } else if (!writePNG(accepted ? testFolder / "temp" : testFolder, fileName, *png)) {
+                ++report.notStored;
+            } else if (!accepted) {
+                ++report.storedAsNew;
+            } else {
+                ++report.differed;
+                report.differing.push_back(testFolder / "temp" / fileName);
             }
-            if (writeCapture(testFolder / "temp", view) == WriteResult::written) ++runCounts.differed;
         }
     }
-}
-
-JTKScreenshotCounts JTKScreenshotCapture::counts() { return runCounts; }
-
-void JTKScreenshotCapture::resetCounts() { runCounts = {}; }
-
-std::string JTKScreenshotCapture::summaryLine(const JTKScreenshotCounts& counts, const fs::path& versionFolder) {
-    return "JTK: Screenshots: " + std::to_string(counts.storedAsNew) + " stored as new, " +
-           std::to_string(counts.matched) + " matched, " + std::to_string(counts.differed) + " differed; look in " +
-           versionFolder.string();
+    writeCapturedList(testFolder, captured);
+    return report;
 }
 
 }  // namespace jtk

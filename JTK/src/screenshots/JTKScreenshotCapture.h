@@ -16,19 +16,27 @@
 
 namespace jtk {
 
-// How the captures of a run went, for the closing summary line.
-struct JTKScreenshotCounts {
+// How the captures of one test went.
+struct JTKCaptureReport {
     int storedAsNew = 0;
     int matched = 0;
     int differed = 0;
+    int underThreshold = 0;  // PNGs smaller than the file size threshold: not stored
+    int notStored = 0;       // captures that could not be written
+    std::vector<std::filesystem::path> differing;  // the new images in temp/, for the results
 };
+
+// Each test folder records the file names its last capture produced, one a
+// line, so that accepted images no test produces any more can be found.
+inline constexpr const char* jtkCapturedListName = ".jtk-captured";
 
 class JTKScreenshotCapture {
 public:
     enum class WriteResult { written, noCapture, failed };
 
-    // Captures every view of every window into root/versionTag/testTag.
-    static void captureScreenshots(const std::string& testTag);
+    // Captures every view of every window into root/versionTag/testTag and
+    // records the captured names there.
+    static JTKCaptureReport captureScreenshots(const std::string& testTag);
     // The view's PNG bytes; none when the view cannot be drawn or its PNG is
     // smaller than the file size threshold.
     static std::optional<std::vector<uint8_t>> capturePNG(const std::shared_ptr<platform::View>& view);
@@ -36,12 +44,6 @@ public:
     // parents), replacing a file of the same name. A folder or file that cannot
     // be written is reported in one line.
     static WriteResult writeCapture(const std::filesystem::path& folder, const std::shared_ptr<platform::View>& view);
-
-    // The counts since the process started (or the last reset).
-    static JTKScreenshotCounts counts();
-    static void resetCounts();
-    // "JTK: Screenshots: N stored as new, N matched, N differed; look in FOLDER".
-    static std::string summaryLine(const JTKScreenshotCounts& counts, const std::filesystem::path& versionFolder);
 };
 
 }  // namespace jtk
