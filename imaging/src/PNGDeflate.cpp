@@ -275,7 +275,12 @@ PNGDeflater::Workspace& PNGDeflater::acquire(std::unique_ptr<Workspace>& own) {
 
 PNGDeflater::PNGDeflater(size_t pixelBytes, size_t rowStride, std::vector<uint8_t>& out)
     : work_(acquire(own_)), out_(out), blocks_(std::make_unique<BlockWriter>(out, work_.tokens)),
-      candidates_{1, pixelBytes, 2 * pixelBytes, rowStride, 2 * rowStride} {}
+      candidates_{1, pixelBytes, 2 * pixelBytes, rowStride, 2 * rowStride} {
+    // Nearest first (a one-pixel-wide row is nearer than two pixels), and
+    // only those a match may reach.
+    std::sort(std::begin(candidates_), std::end(candidates_));
+    while (candidateCount_ > 0 && candidates_[candidateCount_ - 1] > maximumDistance) --candidateCount_;
+}
 
 PNGDeflater::~PNGDeflater() {
     work_.base += uint32_t(windowStart_ + filled_ + 1);
@@ -325,8 +330,9 @@ void PNGDeflater::compressPending(bool last) {
         size_t limit = std::min(maximumMatch, size - at), bestLength = 0, bestDistance = 0;
         uint64_t position = windowStart_ + at;
         if (limit >= minimumMatch) {
-            for (size_t distance : candidates_) {
-                if (distance == 0 || distance > position || distance > maximumDistance) continue;
+            for (size_t i = 0; i < candidateCount_; ++i) {
+                size_t distance = candidates_[i];
+                if (distance > position) break;
                 if (bytes[at] != bytes[at - distance] || bytes[at + 3] != bytes[at + 3 - distance]) continue;
                 size_t length = commonLength(bytes, at, distance, limit);
                 if (length > bestLength) bestLength = length, bestDistance = distance;

@@ -55,7 +55,8 @@ private:
     Workspace& work_;
     std::vector<uint8_t>& out_;
     std::unique_ptr<BlockWriter> blocks_;
-    size_t candidates_[5];
+    size_t candidates_[5];  // the fixed distances tried, ascending
+    size_t candidateCount_ = 5;
     size_t filled_ = 0;     // bytes of the window holding input
     size_t compressed_ = 0; // bytes of the window already turned into tokens
     uint64_t windowStart_ = 0;  // stream offset of the window's first byte
