@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Times jtk-diff against two peer tools, odiff and pixelmatch, on the same
 # files in one run: the difference picture of two 3840x2160 screens that
-# differ in 1 % of their pixels (decode both, compare, encode), and two
-# byte-identical 4K files. Rounds alternate between the tools so that all see
+# differ in 1 % of their pixels (decode both, compare, encode), two 4K files
+# with the same pixels in other bytes (decode both, compare; a picture path is
+# given but nothing is to be drawn), and two byte-identical 4K files. Rounds alternate between the tools so that all see
 # the same machine load; medians and ratios are printed.
 #
 # The peers come from npm into a folder outside the repository
@@ -53,7 +54,7 @@ load=$(cut -d' ' -f1-3 /proc/loadavg)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 "$bin/makeBenchImages" "$work" >/dev/null
-a=$work/accepted.png n=$work/new.png c=$work/copy.png
+a=$work/accepted.png n=$work/new.png c=$work/copy.png r=$work/reencoded.png
 
 # Runs one command (output discarded, any exit status accepted) and records
 # under its name the wall time and the processor time (user + system, all
@@ -76,6 +77,8 @@ for ((round = 0; round < rounds; round++)); do
   [ -n "$odiff" ] && measure odiff "$odiff" "$a" "$n" "$work/odiff.png" --threshold 0
   [ -n "$pixelmatch" ] && measure pixelmatch node "$pixelmatch" "$a" "$n" "$work/pixelmatch.png"
   [ -n "$pixelmatch" ] && measure node node -e 0
+  measure jtkPixels "$bin/jtk-diff" "$a" "$r" "$work/jtk-pixels.png"
+  [ -n "$odiff" ] && measure odiffPixels "$odiff" "$a" "$r" "$work/odiff-pixels.png" --threshold 0
   measure jtkSame "$bin/jtk-diff" "$a" "$c"
   [ -n "$odiff" ] && measure odiffSame "$odiff" "$a" "$c" --threshold 0
   measure true /bin/true
@@ -98,6 +101,12 @@ if [ -n "$pixelmatch" ]; then
   printf "  pixelmatch   %8s  %8s   (node start-up alone %s); jtk-diff %s faster\n" "$(m pixelmatch)" \
     "$(m pixelmatch.cpu)" "$(m node)" "$(ratio "$(m pixelmatch)" "$(m jtk)")"
 fi
+echo "the same pixels in other bytes, a picture path given (ms):"
+printf "  jtk-diff     %8s  %8s\n" "$(m jtkPixels)" "$(m jtkPixels.cpu)"
+[ -n "$odiff" ] && printf "  odiff        %8s  %8s   jtk-diff takes %s of odiff's wall time, %s of its cpu\n" \
+  "$(m odiffPixels)" "$(m odiffPixels.cpu)" "$(share "$(m jtkPixels)" "$(m odiffPixels)")" \
+  "$(share "$(m jtkPixels.cpu)" "$(m odiffPixels.cpu)")"
+[ -e "$work/jtk-pixels.png" ] && echo "compare-peers: jtk-diff wrote a picture of equal pixels" >&2 && exit 1
 echo "byte-identical 4K files (ms; goal: at most 3):"
 printf "  jtk-diff     %8s  %8s   (starting /bin/true alone: %s wall)\n" "$(m jtkSame)" "$(m jtkSame.cpu)" "$(m true)"
 [ -n "$odiff" ] && printf "  odiff        %8s  %8s\n" "$(m odiffSame)" "$(m odiffSame.cpu)"

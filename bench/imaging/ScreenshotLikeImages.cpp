@@ -228,6 +228,18 @@ std::vector<Image> makeViewSet(int count) {
     return views;
 }
 
+std::vector<Image> makeHiDPIViewSet(int count) {
+    std::vector<Image> views = makeViewSet(count);
+    for (Image& view : views) {
+        Image doubled(view.width * 2, view.height * 2);
+        for (uint32_t y = 0; y < doubled.height; ++y) {
+            for (uint32_t x = 0; x < doubled.width; ++x) std::copy_n(view.pixel(x / 2, y / 2), 4, doubled.pixel(x, y));
+        }
+        view = std::move(doubled);
+    }
+    return views;
+}
+
 Image makeScreen(uint32_t width, uint32_t height, uint64_t seed) {
     Image image(width, height);
     Random random(seed);

@@ -14,6 +14,10 @@ namespace jtk::bench {
 // The views of a window, as a screenshot pass captures them (200 by default).
 std::vector<imaging::Image> makeViewSet(int count = 200);
 
+// The same views as on a screen of two pixels per point (HiDPI): each
+// pixel of makeViewSet's views doubled in both directions.
+std::vector<imaging::Image> makeHiDPIViewSet(int count = 200);
+
 // One view's picture of the given kind (0 button, 1 label, 2 text field,
 // 3 box, 4 list, 5 image view, 6 window content).
 imaging::Image makeView(int kind, uint32_t width, uint32_t height, uint64_t seed);

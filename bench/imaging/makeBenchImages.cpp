@@ -1,11 +1,13 @@
 // Writes the files the peer comparison works on, into the folder given:
 // accepted.png and new.png (3840x2160 screens differing in 1 % of their
-// pixels) and copy.png (accepted.png's bytes). They are encoded by libpng at
-// its default settings, so that no tool reads a file made by its own encoder.
+// pixels) and copy.png (accepted.png's bytes), encoded by libpng at its
+// default settings, so that no tool reads a file made by its own encoder; and
+// reencoded.png, accepted.png's pixels in the imaging library's bytes.
 #include <cstdio>
 #include <fstream>
 #include <string>
 
+#include "JTK/imaging/PNG.h"
 #include "LibpngReference.h"
 #include "ScreenshotLikeImages.h"
 
@@ -33,7 +35,8 @@ int main(int argc, char** argv) {
     auto acceptedPNG = bench::encodeWithLibpng(accepted);
     bool written = writeFile(folder + "/accepted.png", acceptedPNG) &&
                    writeFile(folder + "/new.png", bench::encodeWithLibpng(changed)) &&
-                   writeFile(folder + "/copy.png", acceptedPNG);
+                   writeFile(folder + "/copy.png", acceptedPNG) &&
+                   writeFile(folder + "/reencoded.png", imaging::encodePNG(accepted));
     if (!written) {
         std::fprintf(stderr, "makeBenchImages: cannot write into %s\n", folder.c_str());
         return 2;

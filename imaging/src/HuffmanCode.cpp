@@ -1,62 +1,63 @@
 // Code lengths from a Huffman tree built with two queues over the sorted
 // frequencies; codes that come out too long are moved up by the usual
 // rebalancing of the per-length counts (as zlib-compatible encoders do).
+// All on the stack: no allocation.
 #include "HuffmanCode.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace jtk::imaging::png {
 
 namespace {
 
-// Depth of every leaf in a Huffman tree of the (ascending) weights.
-std::vector<int> leafDepths(const std::vector<uint64_t>& weights) {
-    size_t leaves = weights.size();
-    std::vector<uint64_t> weight(weights);
-    weight.resize(2 * leaves - 1);
-    std::vector<size_t> parent(2 * leaves - 1, 0);
-    size_t nextLeaf = 0, nextInner = leaves;
+constexpr size_t maximumNodes = 2 * maximumSymbols - 1;
+
+// Depth of each of the `leaves` leaves of a Huffman tree of the ascending
+// weights, into depth[0, leaves).
+void leafDepths(const uint64_t* weights, size_t leaves, int* depth) {
+    uint64_t weight[maximumNodes];
+    uint16_t parent[maximumNodes];
+    std::copy_n(weights, leaves, weight);
+    size_t nextLeaf = 0, nextInner = leaves, nodes = 2 * leaves - 1;
     auto takeSmallest = [&](size_t made) {
         bool leaf = nextLeaf < leaves && (nextInner >= made || weight[nextLeaf] <= weight[nextInner]);
         return leaf ? nextLeaf++ : nextInner++;
     };
-    for (size_t made = leaves; made < 2 * leaves - 1; ++made) {
+    for (size_t made = leaves; made < nodes; ++made) {
         size_t first = takeSmallest(made), second = takeSmallest(made);
         weight[made] = weight[first] + weight[second];
-        parent[first] = parent[second] = made;
+        parent[first] = parent[second] = uint16_t(made);
     }
-    std::vector<int> depth(2 * leaves - 1, 0);
-    for (size_t node = 2 * leaves - 2; node-- > 0;) depth[node] = depth[parent[node]] + 1;
-    depth.resize(leaves);
-    return depth;
+    int nodeDepth[maximumNodes];
+    nodeDepth[nodes - 1] = 0;
+    for (size_t node = nodes - 1; node-- > 0;) nodeDepth[node] = nodeDepth[parent[node]] + 1;
+    std::copy_n(nodeDepth, leaves, depth);
 }
 
 }  // namespace
 
-HuffmanCode makeHuffmanCode(const std::vector<uint32_t>& frequencies, int maxLength) {
-    size_t symbols = frequencies.size();
-    std::vector<uint32_t> used;
-    for (uint32_t symbol = 0; symbol < symbols; ++symbol) {
-        if (frequencies[symbol] > 0) used.push_back(symbol);
+HuffmanCode makeHuffmanCode(std::span<const uint32_t> frequencies, int maxLength) {
+    size_t symbols = std::min(frequencies.size(), maximumSymbols);
+    // Ascending frequency, ties by symbol, so the code depends on the counts
+    // alone: one sort of (frequency, symbol) keys.
+    uint64_t keys[maximumSymbols];
+    size_t used = 0;
+    for (size_t symbol = 0; symbol < symbols; ++symbol) {
+        if (frequencies[symbol] > 0) keys[used++] = uint64_t{frequencies[symbol]} << 16 | symbol;
     }
-    for (uint32_t symbol = 0; used.size() < 2 && symbol < symbols; ++symbol) {
-        if (frequencies[symbol] == 0) used.push_back(symbol);
+    for (size_t symbol = 0; used < 2 && symbol < symbols; ++symbol) {
+        if (frequencies[symbol] == 0) keys[used++] = symbol;
     }
-    // Ascending frequency, ties by symbol, so the code depends on the counts alone.
-    std::sort(used.begin(), used.end(), [&](uint32_t a, uint32_t b) {
-        return frequencies[a] != frequencies[b] ? frequencies[a] < frequencies[b] : a < b;
-    });
-    std::vector<uint64_t> weights;
-    for (uint32_t symbol : used) weights.push_back(std::max<uint32_t>(frequencies[symbol], 1));
-    std::vector<int> depths = leafDepths(weights);
+    std::sort(keys, keys + used);
+    uint64_t weights[maximumSymbols];
+    for (size_t i = 0; i < used; ++i) weights[i] = std::max<uint64_t>(keys[i] >> 16, 1);
+    int depths[maximumSymbols];
+    leafDepths(weights, used, depths);
 
-    std::vector<uint32_t> perLength(std::max(maxLength, *std::max_element(depths.begin(), depths.end())) + 1, 0);
-    for (int depth : depths) ++perLength[depth];
-    for (size_t length = maxLength + 1; length < perLength.size(); ++length) {
-        perLength[maxLength] += perLength[length];
-        perLength[length] = 0;
-    }
+    // Codes longer than maxLength are counted at maxLength first; a tree of
+    // 286 leaves is at most 285 deep.
+    uint32_t perLength[maximumSymbols] = {};
+    for (size_t i = 0; i < used; ++i) ++perLength[std::min(depths[i], maxLength)];
     // Each step removes one longest code and splits a shorter one in two:
     // the code count stays, the Kraft sum drops by one unit until it fits.
     uint64_t kraft = 0;
@@ -73,10 +74,10 @@ HuffmanCode makeHuffmanCode(const std::vector<uint32_t>& frequencies, int maxLen
         --kraft;
     }
 
-    HuffmanCode code{std::vector<uint8_t>(symbols, 0), std::vector<uint16_t>(symbols, 0)};
+    HuffmanCode code;
     size_t next = 0;  // the least frequent symbols get the longest codes
     for (int length = maxLength; length > 0; --length) {
-        for (uint32_t i = 0; i < perLength[length]; ++i) code.lengths[used[next++]] = uint8_t(length);
+        for (uint32_t i = 0; i < perLength[length]; ++i) code.lengths[keys[next++] & 0xffff] = uint8_t(length);
     }
     // Canonical codes: by length, then by symbol.
     uint16_t nextCode[16] = {};

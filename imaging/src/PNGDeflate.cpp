@@ -135,13 +135,14 @@ private:
 
 class BlockWriter {
 public:
-    explicit BlockWriter(std::vector<uint8_t>& out) : bits_(out) { tokens.reserve(tokensPerBlock); }
+    BlockWriter(std::vector<uint8_t>& out, std::vector<Token>& tokens) : tokens(tokens), bits_(out) {}
 
-    std::vector<Token> tokens;  // of the block being parsed
+    std::vector<Token>& tokens;  // of the block being parsed
 
     // Writes the tokens as one block with its own codes, and clears them.
     void write(bool last) {
-        std::vector<uint32_t> literalFrequencies(286, 0), distanceFrequencies(30, 0);
+        std::array<uint32_t, 286> literalFrequencies{};
+        std::array<uint32_t, 30> distanceFrequencies{};
         for (Token token : tokens) {
             if (token.distance == 0) {
                 ++literalFrequencies[token.length];
@@ -188,35 +189,40 @@ private:
         size_t literalCount = 286, distanceCount = 30;
         while (literalCount > 257 && literals.lengths[literalCount - 1] == 0) --literalCount;
         while (distanceCount > 1 && distances.lengths[distanceCount - 1] == 0) --distanceCount;
-        std::vector<uint8_t> lengths(literals.lengths.begin(), literals.lengths.begin() + literalCount);
-        lengths.insert(lengths.end(), distances.lengths.begin(), distances.lengths.begin() + distanceCount);
+        std::array<uint8_t, 286 + 30> lengths;
+        size_t lengthCount = literalCount + distanceCount;
+        std::copy_n(literals.lengths.begin(), literalCount, lengths.begin());
+        std::copy_n(distances.lengths.begin(), distanceCount, lengths.begin() + literalCount);
 
         struct Item {
             uint8_t symbol, extra;
         };
-        std::vector<Item> items;
-        for (size_t i = 0; i < lengths.size();) {
+        std::array<Item, 286 + 30> itemStore;  // at most one item per length
+        size_t itemCount = 0;
+        auto items = [&] { return std::span(itemStore.data(), itemCount); };
+        auto add = [&](Item item) { itemStore[itemCount++] = item; };
+        for (size_t i = 0; i < lengthCount;) {
             uint8_t value = lengths[i];
             size_t run = 1;
-            while (i + run < lengths.size() && lengths[i + run] == value) ++run;
+            while (i + run < lengthCount && lengths[i + run] == value) ++run;
             i += run;
             if (value == 0) {
                 for (size_t part; run >= 11; run -= part) {
                     part = std::min<size_t>(run, 138);
-                    items.push_back({18, uint8_t(part - 11)});
+                    add({18, uint8_t(part - 11)});
                 }
-                if (run >= 3) items.push_back({17, uint8_t(run - 3)}), run = 0;
+                if (run >= 3) add({17, uint8_t(run - 3)}), run = 0;
             } else {
-                items.push_back({value, 0}), --run;
+                add({value, 0}), --run;
                 for (size_t part; run >= 3; run -= part) {
                     part = std::min<size_t>(run, 6);
-                    items.push_back({16, uint8_t(part - 3)});
+                    add({16, uint8_t(part - 3)});
                 }
             }
-            for (; run > 0; --run) items.push_back({value, 0});
+            for (; run > 0; --run) add({value, 0});
         }
-        std::vector<uint32_t> frequencies(19, 0);
-        for (Item item : items) ++frequencies[item.symbol];
+        std::array<uint32_t, 19> frequencies{};
+        for (Item item : items()) ++frequencies[item.symbol];
         HuffmanCode lengthCode = makeHuffmanCode(frequencies, 7);
         static constexpr uint8_t order[19] = {16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
         size_t orderCount = 19;
@@ -227,7 +233,7 @@ private:
         bits_.put(uint32_t(orderCount - 4), 4);
         for (size_t i = 0; i < orderCount; ++i) bits_.put(lengthCode.lengths[order[i]], 3);
         static constexpr uint8_t extraBits[19] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 3, 7};
-        for (Item item : items) {
+        for (Item item : items()) {
             bits_.put(lengthCode.codes[item.symbol], lengthCode.lengths[item.symbol]);
             bits_.put(item.extra, extraBits[item.symbol]);
         }
@@ -237,19 +243,56 @@ private:
 };
 
 
-PNGDeflater::PNGDeflater(size_t pixelBytes, size_t rowStride, std::vector<uint8_t>& out)
-    : out_(out), blocks_(std::make_unique<BlockWriter>(out)), candidates_{1, pixelBytes, rowStride},
-      recent_(size_t{1} << hashBits, 0) {
-    window_.reserve(maximumDistance + 2 * pieceSize);
+// What a deflater keeps for the next on its thread. Hash entries hold
+// base + stream offset + 1, base growing past every stream made before, so
+// an entry of an earlier stream is at most base and is ignored.
+struct PNGDeflater::Workspace {
+    std::vector<uint8_t> window;
+    std::vector<uint32_t> recent = std::vector<uint32_t>(size_t{1} << hashBits, 0);
+    std::vector<Token> tokens;
+    uint32_t base = 0;
+    bool taken = false;
+
+    Workspace() {
+        window.reserve(maximumDistance + 2 * pieceSize);
+        tokens.reserve(tokensPerBlock);
+    }
+};
+
+PNGDeflater::Workspace& PNGDeflater::acquire(std::unique_ptr<Workspace>& own) {
+    thread_local Workspace threads;
+    Workspace& work = threads.taken ? *(own = std::make_unique<Workspace>()) : threads;
+    work.taken = true;
+    // A stream is under 2^31.2 bytes (2^28 pixels of 8 bytes, plus the
+    // filter bytes), so base + offset stays below 2^32.
+    if (work.base > (uint32_t{1} << 30)) {
+        std::fill(work.recent.begin(), work.recent.end(), 0);
+        work.base = 0;
+    }
+    work.tokens.clear();
+    return work;
 }
 
-PNGDeflater::~PNGDeflater() = default;
+PNGDeflater::PNGDeflater(size_t pixelBytes, size_t rowStride, std::vector<uint8_t>& out)
+    : work_(acquire(own_)), out_(out), blocks_(std::make_unique<BlockWriter>(out, work_.tokens)),
+      candidates_{1, pixelBytes, 2 * pixelBytes, rowStride, 2 * rowStride} {
+    // Nearest first (a one-pixel-wide row is nearer than two pixels), and
+    // only those a match may reach.
+    std::sort(std::begin(candidates_), std::end(candidates_));
+    while (candidateCount_ > 0 && candidates_[candidateCount_ - 1] > maximumDistance) --candidateCount_;
+}
+
+PNGDeflater::~PNGDeflater() {
+    work_.base += uint32_t(windowStart_ + filled_ + 1);
+    work_.taken = false;
+}
 
 uint8_t* PNGDeflater::append(size_t length) {
     if (filled_ - compressed_ >= pieceSize) compressPending(false);
-    if (window_.size() < filled_ + length) window_.resize(filled_ + length);
+    std::vector<uint8_t>& window = work_.window;
+    if (window.size() < filled_ + length) window.resize(filled_ + length);
     filled_ += length;
-    return window_.data() + filled_ - length;
+    return window.data() + filled_ - length;
 }
 
 void PNGDeflater::finish(bool last) {
@@ -276,7 +319,10 @@ uint32_t combineAdler32(uint32_t first, uint32_t second, uint64_t secondLength) 
 // the fixed distances (nearest first: a shorter distance costs fewer bits),
 // then at the hashed one; a literal when none reaches the minimum.
 void PNGDeflater::compressPending(bool last) {
-    const uint8_t* bytes = window_.data();
+    std::vector<uint8_t>& window = work_.window;
+    uint32_t* recent = work_.recent.data();
+    const uint32_t base = work_.base;
+    const uint8_t* bytes = window.data();
     adler_ = libdeflate_adler32(adler_, bytes + compressed_, filled_ - compressed_);
     std::vector<Token>& tokens = blocks_->tokens;
     size_t at = compressed_, size = filled_;
@@ -284,18 +330,19 @@ void PNGDeflater::compressPending(bool last) {
         size_t limit = std::min(maximumMatch, size - at), bestLength = 0, bestDistance = 0;
         uint64_t position = windowStart_ + at;
         if (limit >= minimumMatch) {
-            for (size_t distance : candidates_) {
-                if (distance == 0 || distance > position || distance > maximumDistance) continue;
+            for (size_t i = 0; i < candidateCount_; ++i) {
+                size_t distance = candidates_[i];
+                if (distance > position) break;
                 if (bytes[at] != bytes[at - distance] || bytes[at + 3] != bytes[at + 3 - distance]) continue;
                 size_t length = commonLength(bytes, at, distance, limit);
                 if (length > bestLength) bestLength = length, bestDistance = distance;
                 if (bestLength == limit) break;  // no farther distance can do better
             }
             uint32_t hash = hashOf(bytes + at);
-            uint64_t previous = recent_[hash];
-            recent_[hash] = uint32_t(position + 1);
-            if (bestLength < 32 && previous > 0 && position + 1 - previous <= maximumDistance) {
-                size_t distance = size_t(position + 1 - previous);
+            uint32_t previous = recent[hash], here = base + uint32_t(position) + 1;
+            recent[hash] = here;
+            if (bestLength < 32 && previous > base && here - previous <= maximumDistance) {
+                size_t distance = here - previous;
                 size_t length = commonLength(bytes, at, distance, limit);
                 if (length > bestLength) bestLength = length, bestDistance = distance;
             }
@@ -318,7 +365,7 @@ void PNGDeflater::compressPending(bool last) {
     // Keep the last 32 KiB as the history later matches may reach into.
     size_t keep = std::min<size_t>(filled_, maximumDistance);
     size_t drop = filled_ - keep;
-    std::memmove(window_.data(), window_.data() + drop, keep);
+    std::memmove(window.data(), window.data() + drop, keep);
     windowStart_ += drop;
     filled_ = keep;
     compressed_ -= drop;

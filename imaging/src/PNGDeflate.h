@@ -24,6 +24,12 @@ class BlockWriter;
 // A stream may be compressed in parts by several deflaters: every part but
 // the last ends byte-aligned and not final, and the parts' blocks are simply
 // joined (a part never refers back into the one before).
+//
+// The window, the hash of recent strings and the token buffer are kept per
+// thread and reused by the next deflater on the thread, the hash without
+// being cleared (its entries carry the number of the stream that made them):
+// a small image then costs no allocation and no 64 KiB clearing, which were
+// a large part of encoding a control's picture.
 class PNGDeflater {
 public:
     PNGDeflater(size_t pixelBytes, size_t rowStride, std::vector<uint8_t>& out);
@@ -41,16 +47,19 @@ public:
     uint32_t adler() const { return adler_; }
 
 private:
+    struct Workspace;
+    static Workspace& acquire(std::unique_ptr<Workspace>& own);
     void compressPending(bool last);
 
+    std::unique_ptr<Workspace> own_;  // only when the thread's own is taken
+    Workspace& work_;
     std::vector<uint8_t>& out_;
     std::unique_ptr<BlockWriter> blocks_;
-    size_t candidates_[3];
-    std::vector<uint8_t> window_;
-    size_t filled_ = 0;     // bytes of window_ holding input
-    size_t compressed_ = 0; // bytes of window_ already turned into tokens
-    uint64_t windowStart_ = 0;  // stream offset of window_[0]
-    std::vector<uint32_t> recent_;  // stream offset + 1 of a recent string, by hash
+    size_t candidates_[5];  // the fixed distances tried, ascending
+    size_t candidateCount_ = 5;
+    size_t filled_ = 0;     // bytes of the window holding input
+    size_t compressed_ = 0; // bytes of the window already turned into tokens
+    uint64_t windowStart_ = 0;  // stream offset of the window's first byte
     uint32_t adler_ = 1;
 };
 

@@ -23,6 +23,22 @@ uint32_t checksumOf(const uint8_t* typeAndData, size_t length) {
     return libdeflate_crc32(0, typeAndData, length);
 }
 
+// A chunk type as four printable characters; any other byte (the type of a
+// damaged chunk) as \xHH, so that a message stays one line of text.
+std::string printableType(const uint8_t* type) {
+    static constexpr char hex[] = "0123456789ABCDEF";
+    std::string text;
+    for (int i = 0; i < 4; ++i) {
+        uint8_t byte = type[i];
+        if (byte >= 0x20 && byte < 0x7f && byte != '\\') {
+            text += char(byte);
+        } else {
+            text += {'\\', 'x', hex[byte >> 4], hex[byte & 15]};
+        }
+    }
+    return text;
+}
+
 bool validDepth(uint8_t colourType, uint8_t depth) {
     switch (colourType) {
         case 0: return depth == 1 || depth == 2 || depth == 4 || depth == 8 || depth == 16;
@@ -117,7 +133,8 @@ std::optional<ChunkLayout> readChunkLayout(std::span<const uint8_t> bytes, std::
         std::string type(reinterpret_cast<const char*>(chunk + 4), 4);
         bool critical = (type[0] & 0x20) == 0;
         if (critical && checksumOf(chunk + 4, 4 + size_t{length}) != readBigEndian32(chunk + 8 + length)) {
-            return fail(error, "corrupt PNG file: bad checksum in the " + type + " chunk"), std::nullopt;
+            return fail(error, "corrupt PNG file: bad checksum in the " + printableType(chunk + 4) + " chunk"),
+                   std::nullopt;
         }
         if (type == "IDAT") {
             layout.imageData.emplace_back(chunk + 8, length);
@@ -128,7 +145,7 @@ std::optional<ChunkLayout> readChunkLayout(std::span<const uint8_t> bytes, std::
         } else if (type == "IEND") {
             break;
         } else if (critical && type != "IHDR") {
-            return fail(error, "unsupported critical PNG chunk " + type), std::nullopt;
+            return fail(error, "unsupported critical PNG chunk " + printableType(chunk + 4)), std::nullopt;
         }
         at += 12 + size_t{length};
     }

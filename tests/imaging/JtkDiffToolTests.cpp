@@ -38,6 +38,13 @@ std::vector<uint8_t> otherFile(const std::string& name) {
     if (name == "empty") return {};
     if (name == "truncated") return std::vector<uint8_t>(good.begin(), good.begin() + long(good.size() / 2));
     if (name == "badChecksum") return good[good.size() - 20] ^= 0x40, good;  // inside the image data
+    if (name == "damagedChunkType") return good[40] = 0xab, good;  // "IDAT" damaged: the checksum fails
+    if (name == "criticalChunkWithNewline") {  // "A\nBC" before the end chunk, checksum right
+        std::vector<uint8_t> chunk{0, 0, 0, 0, 'A', '\n', 'B', 'C'};
+        uint32_t crc = uint32_t(crc32(0, chunk.data() + 4, 4));
+        for (int i = 0; i < 4; ++i) chunk.push_back(uint8_t(crc >> (24 - 8 * i)));
+        good.insert(good.end() - 12, chunk.begin(), chunk.end());
+    }
     if (name == "unsupportedDepth") {  // RGB at 3 bits, with a right checksum
         good[24] = 3, good[25] = 2;
         uint32_t crc = uint32_t(crc32(0, good.data() + 12, 17));
@@ -115,6 +122,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, JtkDiff, testing::Values(
     Case{"empty", "{good} {other}", 2, "", "o.png: empty file"},
     Case{"truncated", "{good} {other} {picture}", 2, "", "o.png: truncated PNG file"},
     Case{"badChecksum", "{other} {good}", 2, "", "o.png: corrupt PNG file: bad checksum in the IDAT chunk"},
+    Case{"damagedChunkType", "{good} {other}", 2, "", "o.png: corrupt PNG file: bad checksum in the IDA\\xAB chunk"},
+    Case{"criticalChunkWithNewline", "{good} {other}", 2, "", "o.png: unsupported critical PNG chunk A\\x0ABC"},
     Case{"identicalButNotPNG", "{other} {other}", 2, "", "not a PNG file"},
     Case{"unsupportedDepth", "{good} {other}", 2, "", "unsupported bit depth 3 for PNG colour type 2"},
     Case{"unwritablePicture", "{good} {other} {unwritable}", 2, "", "d.png: No such file or directory"},

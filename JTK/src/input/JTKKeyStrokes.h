@@ -30,8 +30,9 @@ std::string jtkLowercase(const std::string& text);
 
 // A character found in the key table (through its lower case) is its key,
 // with shift when lower-casing changed it; a line feed or a CR LF pair is
-// Return, like a carriage return; any other character is typed by
-// key code 0 without flags, carrying the character as its text.
+// Return, like a carriage return; any other character is typed with the
+// no-key code (platform::noKeyCode, not 0, which is the A key) without
+// flags, carrying the character as its text.
 JTKKeyStroke jtkKeyStrokeForCharacter(const std::string& character);
 
 }  // namespace jtk
