@@ -5,6 +5,7 @@
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/KeyboardLayout.h"
 #include "JTK/desktop/Menu.h"
+#include "JTK/desktop/MenuBar.h"
 #include "JTK/desktop/RunLoop.h"
 #include "JTK/desktop/View.h"
 #include "JTK/desktop/Window.h"
@@ -43,6 +44,16 @@ std::shared_ptr<Window> windowAt(const Application& app, platform::Point screenP
     return nullptr;
 }
 
+// A left press on the menu bar, not on a status item over it: the bar's own,
+// above every ordinary window.
+bool isMenuBarPress(const Application& app, const platform::Event& event) {
+    if (event.type != EventType::leftMouseDown) return false;
+    auto screenPoint = WindowServer::screenPointFromEventPoint(event.location);
+    if (!platform::pointInRect(screenPoint, menuBarFrame())) return false;
+    auto window = windowAt(app, screenPoint);
+    return !window || window->level() < Window::statusLevel;
+}
+
 std::shared_ptr<View> viewAt(Window& window, platform::Point pointInWindow) {
     View* hit = window.desktopFrameView()->hitTest(pointInWindow);
     return hit ? hit->sharedView() : nullptr;
@@ -53,6 +64,11 @@ void mouseDown(Application& app, platform::Event& event) {
     routing.mouseDownView.reset();
     routing.mouseDownWindow.reset();
     auto screenPoint = WindowServer::screenPointFromEventPoint(event.location);
+    if (isMenuBarPress(app, event)) {
+        if (!app.isActive()) app.activateIgnoringOtherApps(true);
+        pressMenuBar(screenPoint);
+        return;
+    }
     auto window = windowAt(app, screenPoint);
     if (!window) return;
     if (!app.isActive()) app.activateIgnoringOtherApps(true);
@@ -146,6 +162,7 @@ int windowNumberOfEvent(const Application& app, const platform::Event& event) {
             if (auto window = state().mouseDownWindow.lock()) return window->windowNumber();
             [[fallthrough]];
         default: {
+            if (isMenuBarPress(app, event)) return 0;
             auto window = windowAt(app, WindowServer::screenPointFromEventPoint(event.location));
             return window ? window->windowNumber() : 0;
         }
@@ -163,8 +180,10 @@ void routeEvent(std::shared_ptr<platform::Event> event) {
     auto app = Application::shared();
     event->windowNumber = windowNumberOfEvent(*app, *event);
     // The mouse events a tracking menu takes are the menu's own: the local
-    // monitors never see them, as they never see a menu's private loop.
-    if (!(Menu::trackingMenu() && platform::isMouseEvent(event->type))) event = app->runMonitors(std::move(event));
+    // monitors never see them, as they never see a menu's private loop. A
+    // press on the menu bar is the bar's own in the same way.
+    bool menusOwnIt = (Menu::trackingMenu() && platform::isMouseEvent(event->type)) || isMenuBarPress(*app, *event);
+    if (!menusOwnIt) event = app->runMonitors(std::move(event));
     if (!event) return;
 
     struct CurrentEvent {

@@ -200,6 +200,8 @@ void FieldEditor::keyDown(const platform::Event& event) {
         moveToNextKeyView();
     } else if (characters == "\x7f") {
         deleteBackward();
+    } else if ((event.flags & platform::eventFlags::command) && charactersForKey(event.keyCode, 0) == "a") {
+        selectAll();  // command-A, as the standard key bindings of text views have it
     } else if (event.keyCode == keyCodes::leftArrow) {
         moveLeft();
     } else if (event.keyCode == keyCodes::rightArrow) {

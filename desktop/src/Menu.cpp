@@ -24,6 +24,9 @@ struct Menu::Tracking {
     bool awaitingOpeningRelease = false;
     bool dragged = false;
     bool ended = false;
+    // A menu-bar menu: the pointer on another title opens that one instead.
+    bool fromMenuBar = false;
+    std::optional<BarSwitch> switchTo;
 
     bool contains(const Menu* menu) const {
         return std::any_of(open.begin(), open.end(), [&](const auto& m) { return m.get() == menu; });
@@ -156,11 +159,29 @@ std::shared_ptr<MenuItem> Menu::popUp(platform::Point topLeftOnScreen, const std
         return chosen;
     }
     if (currentTracking) return nullptr;
-    auto self = sharedMenu();
     Tracking tracking;
+    tracking.awaitingOpeningRelease = isLeftButtonDownInApplication();
+    return track(topLeftOnScreen, view, tracking);
+}
+
+std::optional<Menu::BarSwitch> Menu::trackFromMenuBar(platform::Point topLeftOnScreen, BarOpening how) {
+    if (!platform::isMainThread() || currentTracking) return std::nullopt;
+    Tracking tracking;
+    tracking.fromMenuBar = true;
+    bool buttonDown = isLeftButtonDownInApplication();
+    // A press on the title: its release there leaves the menu open. Dragged
+    // onto the title from another one: a release on a row chooses it.
+    tracking.awaitingOpeningRelease = buttonDown && how == BarOpening::byPress;
+    tracking.dragged = buttonDown && how == BarOpening::byDrag;
+    track(topLeftOnScreen, {}, tracking);
+    return tracking.switchTo;
+}
+
+std::shared_ptr<MenuItem> Menu::track(platform::Point topLeftOnScreen, const std::shared_ptr<platform::View>& view,
+                                      Tracking& tracking) {
+    auto self = sharedMenu();
     tracking.root = self;
     tracking.open = {self};
-    tracking.awaitingOpeningRelease = isLeftButtonDownInApplication();
     popUpView_ = view;
     openAt(topLeftOnScreen);
     currentTracking = &tracking;
@@ -235,14 +256,28 @@ bool Menu::handleTrackingEvent(const platform::Event& event) {
         t.chosen = item;
         t.ended = true;
     };
+    // For a menu-bar menu: the bar's title under the pointer, when it has a menu.
+    auto barTitle = [&]() -> std::optional<MenuBarTitle> {
+        if (!t.fromMenuBar) return std::nullopt;
+        return menuBarTitleAt(screenPoint);
+    };
+    auto isOwnTitle = [&](const MenuBarTitle& title) { return title.item->desktopSubmenu() == t.root; };
+    // The pointer went on to another title: its menu opens once this one has closed.
+    auto switchTo = [&](const MenuBarTitle& title, BarOpening how) {
+        t.switchTo = BarSwitch{title, how};
+        t.ended = true;
+    };
 
     switch (event.type) {
         case EventType::leftMouseDown:
         case EventType::rightMouseDown: {
             t.awaitingOpeningRelease = false;
             auto hit = hitTest();
-            if (!hit.menu)
-                t.ended = true;  // a click outside closes the menu and is used up
+            auto title = hit.menu ? std::nullopt : barTitle();
+            if (title && !isOwnTitle(*title) && event.type == EventType::leftMouseDown)
+                switchTo(*title, BarOpening::byPress);
+            else if (!hit.menu)
+                t.ended = true;  // a click outside (or on the menu's own title) closes the menu and is used up
             else
                 highlight(hit);
             break;
@@ -250,7 +285,10 @@ bool Menu::handleTrackingEvent(const platform::Event& event) {
         case EventType::leftMouseDragged:
         case EventType::mouseMoved: {
             if (event.type == EventType::leftMouseDragged) t.dragged = true;
-            if (auto hit = hitTest(); hit.menu) highlight(hit);
+            if (auto hit = hitTest(); hit.menu)
+                highlight(hit);
+            else if (auto title = barTitle(); title && !isOwnTitle(*title))
+                switchTo(*title, event.type == EventType::leftMouseDragged ? BarOpening::byDrag : BarOpening::byMove);
             break;
         }
         case EventType::leftMouseUp:
@@ -260,6 +298,8 @@ bool Menu::handleTrackingEvent(const platform::Event& event) {
             if (openingRelease) break;
             if (auto hit = hitTest(); hit.menu)
                 choose(hit.menu->itemAtIndex(hit.row));
+            else if (auto title = barTitle(); title && isOwnTitle(*title))
+                break;  // back on the menu's own title: it stays open for a click on a row
             else if (t.dragged)
                 t.ended = true;  // press, drag off the menu, release: nothing chosen
             break;

@@ -1,5 +1,8 @@
-// Pop-up menus that a person drives with the mouse and the keyboard while
-// they track in a nested loop.
+// Pop-up and menu-bar menus that a person drives with the mouse and the
+// keyboard while they track in a nested loop.
+#include <map>
+
+#include "JTK/desktop/MenuBar.h"
 #include "tests/support/DesktopFixtures.h"
 
 using namespace testsupport;
@@ -70,5 +73,64 @@ TEST_F(PopUpMenu, aClickOutsideEscapeAndCancelFromAnotherThreadCloseItChoosingNo
     EXPECT_EQ(popUpActions, 0);
     EXPECT_EQ(popUp->titleOfSelectedItem(), "Red");
 }
+
+// Menu-bar menus with the mouse, File (New, Open) and Edit (Copy, Paste).
+// A step posts an event at a title or a row below it ("outside": in the
+// window), or ("tracks") checks which menu is open once the events are handled.
+struct BarStep {
+    enum Kind { down, drag, move, up, click, tracks } kind;
+    std::string title;
+    int row = -1;
+};
+struct BarCase {
+    const char* label;
+    std::vector<BarStep> steps;
+    std::vector<std::string> chosen;
+    friend void PrintTo(const BarCase& c, std::ostream* out) { *out << c.label; }
+};
+using S = BarStep;
+const std::vector<BarCase> barCases = {
+    {"pressDragRelease", {{S::down, "File"}, {S::tracks, "File"}, {S::drag, "File", 1}, {S::up, "File", 1}}, {"Open"}},
+    {"clickTitleThenRow", {{S::click, "File"}, {S::tracks, "File"}, {S::click, "File", 0}}, {"New"}},
+    {"clickOutsideCloses", {{S::click, "File"}, {S::tracks, "File"}, {S::click, "outside"}}, {}},
+    {"clickTitleAgainCloses", {{S::click, "File"}, {S::tracks, "File"}, {S::click, "File"}}, {}},
+    {"dragOffAndReleaseChoosesNothing", {{S::down, "File"}, {S::drag, "File", 0}, {S::drag, "outside"}, {S::up, "outside"}}, {}},
+    {"dragOntoOtherTitle", {{S::down, "File"}, {S::drag, "Edit"}, {S::tracks, "Edit"}, {S::drag, "Edit", 1}, {S::up, "Edit", 1}}, {"Paste"}},
+    {"moveOntoOtherTitle", {{S::click, "File"}, {S::move, "Edit"}, {S::tracks, "Edit"}, {S::click, "Edit", 0}}, {"Copy"}},
+};
+
+class MenuBar : public DesktopTest, public testing::WithParamInterface<BarCase> {};
+
+TEST_P(MenuBar, opensTracksAndChoosesWithTheMouse) {
+    makeWindow({100, 100, 400, 300});
+    auto mainMenu = Menu::make("Main");
+    std::map<std::string, std::shared_ptr<Menu>> menus{{"", nullptr}};
+    std::vector<std::string> chosen;
+    for (auto [title, items] : {std::pair{"File", std::vector<std::string>{"New", "Open"}}, {"Edit", {"Copy", "Paste"}}}) {
+        auto item = MenuItem::make(title);
+        item->setSubmenu(menus[title] = Menu::make(title));
+        for (const auto& name : items) menus[title]->addItem(MenuItem::make(name, [&](MenuItem& i) { chosen.push_back(i.title()); }));
+        mainMenu->addItem(item);
+    }
+    desktop::Application::shared()->setMainMenu(mainMenu);
+    std::map<std::string, Rect> titles{{"outside", {300, 200, 0, 0}}};
+    for (const auto& title : desktop::menuBarTitles(desktop::Application::shared()->name(), mainMenu.get())) titles[title.title] = title.frameOnScreen;
+    auto tracking = [] { return onMain([] { return Menu::trackingMenu(); }); };
+    onQueue([&] {
+        for (const auto& step : GetParam().steps) {
+            Rect t = titles.at(step.title);
+            Point at = step.row < 0 ? Point{t.midX(), t.midY()} : Point{t.minX() + 30, t.minY() - Menu::rowHeight * (step.row + 0.5)};
+            EventType types[] = {EventType::leftMouseDown, EventType::leftMouseDragged, EventType::mouseMoved, EventType::leftMouseUp};
+            if (step.kind == S::click) pressAt(at);
+            else if (step.kind == S::tracks) EXPECT_TRUE(settleEvents() && tracking() == menus.at(step.title)) << step.title;
+            else postMouseAt(types[step.kind], at);
+        }
+        EXPECT_TRUE(settleEvents() && tracking() == nullptr) << "the menu is still open";
+        if (tracking()) pressKey(53);  // Escape, so that the test can end
+    });
+    EXPECT_EQ(chosen, GetParam().chosen);
+}
+
+INSTANTIATE_TEST_SUITE_P(Gestures, MenuBar, testing::ValuesIn(barCases), [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace

@@ -1,6 +1,7 @@
 // A person's interactions, posted as real events into a small window while a
 // recorder records, and the statements they leave in the test source file,
 // in each of the three languages.
+#include "JTK/desktop/MenuBar.h"
 #include "JTK/desktop/MenuItem.h"
 #include "JTK/desktop/StatusBar.h"
 #include "recorder/JTKRecorder.h"
@@ -40,6 +41,7 @@ struct Scene {
         fileMenu->addItem(desktop::MenuItem::make("Save", {}, "s", commandFlag));
         fileMenu->addItem(desktop::MenuItem::make("Plain", {}, "", 0));
         fileMenu->addItem(desktop::MenuItem::make("One", {}, "1", commandFlag));
+        fileMenu->addItem(desktop::MenuItem::make("Save As", {}, "S", commandFlag));
         file->setSubmenu(fileMenu);
         mainMenu->addItem(file);
         desktop::Application::shared()->setMainMenu(mainMenu);
@@ -49,6 +51,14 @@ struct Scene {
 
 Point centre(const std::shared_ptr<desktop::View>& view) { return centerOnScreen(*view); }
 Point plus(Point p, double dx, double dy = 0) { return {p.x + dx, p.y + dy}; }
+// A row of the File menu as it opens below its title in the menu bar.
+Point fileRow(int row) {
+    auto titles = desktop::menuBarTitles(desktop::Application::shared()->name(),
+                                         std::dynamic_pointer_cast<desktop::Menu>(desktop::Application::shared()->mainMenu()).get());
+    Rect title = titles.at(1).frameOnScreen;
+    return {title.minX() + 30, title.minY() - desktop::Menu::rowHeight * (row + 0.5)};
+}
+Point fileTitle() { return plus(fileRow(0), 0, desktop::Menu::rowHeight / 2 + desktop::menuBarHeight / 2); }
 void drag(Point from, double dx) {
     postMouseAt(EventType::leftMouseDown, from);
     postMouseAt(EventType::leftMouseDragged, from);
@@ -117,6 +127,34 @@ const std::vector<CaptureCase> captureCases = {
          pressAt(centre(s.ok));
      },
      cpp, {"typeKey(\"s\", jtk::command);", "element(\"OK\").click();"}},
+    // Chosen with the mouse in the menu bar: recorded as chosen with the keyboard.
+    {"menuBarChoiceWithTheMouseIsItsShortcut",
+     [](Scene&) {
+         postMouseAt(EventType::leftMouseDown, fileTitle());
+         postMouseAt(EventType::leftMouseDragged, fileRow(0));
+         postMouseAt(EventType::leftMouseUp, fileRow(0));  // Save
+         pressAt(fileTitle());
+         pressAt(fileRow(1));  // Plain: no shortcut
+     },
+     cpp, {"typeKey(\"s\", jtk::command);"}},
+    // The replay must reach the same state: an upper-case key implies Shift,
+    {"upperCaseShortcutKeepsItsShift", [](Scene&) { pressKey(1, commandFlag | platform::eventFlags::shift); }, cpp,
+     {"typeKey(\"s\", jtk::command | jtk::shift);"}},
+    // a field typed into again is selected first, not added to,
+    {"aFieldEditedTwiceIsReplacedTheSecondTime",
+     [](Scene& s) {
+         for (const char* text : {"Ada", "X"}) {
+             pressAt(centre(s.field));
+             typeCharacters(text);
+             pressKey(36);
+         }
+     },
+     cpp,
+     {"element(\"Field\").click();", "typeText(\"Ada\\r\");", "element(\"Field\").click();", "typeKey(\"a\", jtk::command);",
+      "typeText(\"AdaX\\r\");"}},
+    // and a click written against a named ancestor is measured from its centre.
+    {"namedAncestorOffsetFromItsCentre", [](Scene& s) { pressAt(plus(centre(s.toolButton), 2, 1)); }, cpp,
+     {"element(\"Toolbar\").click({.offset = {-48.0, 1.0}});"}},
     {"popUpChoiceChainsOntoItsClick",
      [](Scene& s) {
          auto menu = std::dynamic_pointer_cast<desktop::PopUpButton>(s.colour)->menu();

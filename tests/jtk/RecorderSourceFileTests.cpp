@@ -2,6 +2,7 @@
 // marker line, statements inserted, chained and removed, the end of a
 // recording, and writes that never leave a half-written or stray file.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "recorder/JTKSourceFile.h"
 #include "tests/support/TestFiles.h"
@@ -35,6 +36,7 @@ TEST_P(RecorderRecordingMethod, followsTheProviderWithTheNextFreeNumber) {
 }
 
 const std::string swiftProvider = "extension JTKTestSuite {\n    class func jtkThisFilePath() -> String { return #file }\n";
+const std::string objcImport = "#import <Foundation/Foundation.h>", objcMethod = "\n    \n+(void) testRecording\n{\n    [self rec:@__FILE__];\n}";
 const std::string cppProvider = "#include <JTK/JTK.h>\nJTK_PROVIDER(jtkThisFilePath)\n{\n    return __FILE__;\n}\nJTK_TEST(testA) {}\n";
 
 INSTANTIATE_TEST_SUITE_P(
@@ -55,6 +57,11 @@ INSTANTIATE_TEST_SUITE_P(
         MethodCase{"objcImportKept", "T.mm", "#import <Foundation/Foundation.h>\n+ jtkThisFilePath {}",
                    "#import <Foundation/Foundation.h>\n+ jtkThisFilePath {}\n    \n+(void) testRecording\n{\n    [self rec:@__FILE__];\n}",
                    JTKRecordingMethodResult::inserted},
+        // A byte-order mark stays first, and the import is looked for after it.
+        MethodCase{"objcMarkStaysFirst", "T.m", "\xEF\xBB\xBF+ jtkThisFilePath {}", "\xEF\xBB\xBF" + objcImport + "\n+ jtkThisFilePath {}" + objcMethod,
+                   JTKRecordingMethodResult::inserted},
+        MethodCase{"objcImportAfterMarkKept", "T.m", "\xEF\xBB\xBF" + objcImport + "\r\n+ jtkThisFilePath {}",
+                   "\xEF\xBB\xBF" + objcImport + "\r\n+ jtkThisFilePath {}" + objcMethod, JTKRecordingMethodResult::inserted},
         MethodCase{"cpp", "T.cpp", cppProvider,
                    "#include <JTK/JTK.h>\nJTK_PROVIDER(jtkThisFilePath)\n{\n    return __FILE__;\n}\n\nJTK_TEST(testRecording) {\n    "
                    "// JTK is recording: statements go above this line\n}\nJTK_TEST(testA) {}\n",
@@ -176,6 +183,22 @@ TEST(RecorderFileWrites, touchAPathWithBlanksAsOneFileAndLeaveNoOtherFile) {
     for (const char* decoy : {"Rec", "Tests.swift"})
         EXPECT_EQ(fs::last_write_time(recording.folder.path / decoy), past) << decoy;
     EXPECT_EQ(namesIn(recording.folder.path), (std::vector<std::string>{"Rec", "Rec Tests.swift", "Tests.swift"}));
+}
+
+// The recorder holds the whole text: a file, or a link's target, deleted meanwhile is made again.
+TEST(RecorderFileWrites, aDeletedFileIsMadeAgainWithANewFilesPermissions) {
+    for (bool linked : {false, true}) {
+        Recording recording(JTKDialect::swift);
+        fs::path written = linked ? recording.folder.path / "target.swift" : recording.file;
+        if (linked) { fs::rename(recording.file, written); fs::create_symlink("target.swift", recording.file); }
+        fs::remove(written);
+        EXPECT_EQ(recording.source->insertStatement("typeText(\"b\")", false), Write::written) << recording.source->failure();
+        EXPECT_EQ(recording.body(), "    typeText(\"b\")\n    rec()\n");
+        EXPECT_EQ(fs::is_symlink(recording.file), linked);
+        mode_t mask = ::umask(0);
+        ::umask(mask);
+        EXPECT_EQ(static_cast<mode_t>(fs::status(written).permissions()), 0666 & ~mask);
+    }
 }
 
 TEST(RecorderFileWrites, aFailedWriteKeepsTheLastCompleteFileAndSaysWhy) {

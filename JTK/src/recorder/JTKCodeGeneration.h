@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "JTK/JTKStringConvertable.h"
+#include "JTK/platform/Geometry.h"
 #include "recorder/JTKSourceLiteral.h"
 
 namespace jtk {
@@ -35,6 +36,9 @@ std::string jtkCallText(JTKDialect dialect, const std::string& signature,
 struct JTKElementReference {
     std::string lookup;
     std::optional<size_t> index;
+    // The element's centre less the centre of the element the lookup names
+    // (a named ancestor); zero when it names the element itself.
+    platform::Point centreShift{};
     bool operator==(const JTKElementReference&) const = default;
 };
 std::string jtkReferenceText(const JTKElementReference& reference, JTKDialect dialect);

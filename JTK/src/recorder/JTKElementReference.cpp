@@ -55,8 +55,13 @@ JTKElementReference jtkElementReference(const JTKElement& element) {
             namedAncestor = *it;
         }
     }
+    platform::Point shift{};
+    if (namedAncestor) {
+        platform::Point own = element.frameCenterOnScreen(), named = namedAncestor->frameCenterOnScreen();
+        shift = {own.x - named.x, own.y - named.y};
+    }
     auto found = JTKTestSuite::elements(lookup);
-    if (found.size() == 1) return {lookup, std::nullopt};
+    if (found.size() == 1) return {lookup, std::nullopt, shift};
     size_t index = 0;
     if (found.size() >= 2) {
         auto position = found.end();
@@ -70,7 +75,7 @@ JTKElementReference jtkElementReference(const JTKElement& element) {
         // Found neither way: the first one, the most likely to be meant.
         if (position != found.end()) index = static_cast<size_t>(position - found.begin());
     }
-    return {lookup, index};
+    return {lookup, index, shift};
 }
 
 }  // namespace jtk

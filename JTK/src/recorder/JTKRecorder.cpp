@@ -59,6 +59,12 @@ std::string shortcutKey(const std::string& keyEquivalent) {
     return characters.empty() ? std::string{} : jtkLowercase(characters.front());
 }
 
+// An upper-case key equivalent ("S") is typed with Shift.
+bool impliesShift(const std::string& keyEquivalent) {
+    auto characters = jtkCharacters(keyEquivalent);
+    return !characters.empty() && jtkLowercase(characters.front()) != characters.front();
+}
+
 uint64_t shortcutFlags(uint64_t mask) {
     uint64_t flags = 0;
     for (uint64_t bit : {platform::eventFlags::command, platform::eventFlags::alternate, platform::eventFlags::control,
@@ -125,14 +131,24 @@ void JTKRecorder::recordOnMainThread(const JTKElement* element, const std::strin
                                      const std::vector<JTKStringConvertable>& arguments, bool chained) {
     auto protector = shared_from_this();  // a failed write lets the suite drop this recorder
     if (!file_) return;
-    std::string call = jtkCallText(dialect_, signature, arguments);
     bool returnsElement = jtkSignatureTokens(signature).name == "click";
     if (!element) {
+        std::string call = jtkCallText(dialect_, signature, arguments);
         handleWrite(file_->insertStatement(jtkStatement(dialect_, call, std::nullopt, JTKChaining::none), false));
         lastCallReturnsElement_ = false;
         return;
     }
-    std::string reference = jtkReferenceText(jtkElementReference(*element), dialect_);
+    JTKElementReference named = jtkElementReference(*element);
+    std::string reference = jtkReferenceText(named, dialect_);
+    auto kept = arguments;
+    // A click on an element without a name of its own is written against its
+    // named ancestor; a C++ replay clicks the ancestor, so the offset is
+    // measured from the ancestor's centre (Swift and Objective-C keep the
+    // offset from the element's own centre).
+    if (dialect_ == JTKDialect::cpp && returnsElement && !kept.empty())
+        if (auto* offset = std::get_if<platform::Point>(&kept.front()))
+            *offset = {offset->x + named.centreShift.x, offset->y + named.centreShift.y};
+    std::string call = jtkCallText(dialect_, signature, kept);
     // With no statement line to continue, the call starts a line of its own.
     chained = chained && file_->hasStatementToContinue();
     JTKChaining chaining = JTKChaining::none;
@@ -191,6 +207,10 @@ std::shared_ptr<platform::Event> JTKRecorder::handleEvent(std::shared_ptr<platfo
     }
     noteResponder();
     if (!recording_) return event;  // a write failed
+    // Events come before their effect: until the first change, the text
+    // object holds what it held when this editing began.
+    if (!textIsEditing_)
+        if (auto textObject = observedTextObject_.lock()) editingBaseline_ = platform::textObjectString(*textObject).value_or("");
     if (event->type == EventType::leftMouseDown) mouseDown(*event);
     if (event->type == EventType::leftMouseUp) mouseUp(*event);
     if (lastClickedElement_ && event->type == EventType::leftMouseDragged && !dragHandler_)
@@ -254,7 +274,11 @@ void JTKRecorder::menuDidSelect(const platform::Notification& notification) {
                          "\" has no key code; the command is not recorded");
             return;
         }
-        JTKTestSuite::typeKey(code->second, shortcutFlags(item->keyEquivalentModifierMask()));
+        uint64_t flags = shortcutFlags(item->keyEquivalentModifierMask());
+        // Swift and Objective-C leave out the Shift that an upper-case key
+        // implies; a C++ replay would then choose another command.
+        if (dialect_ == JTKDialect::cpp && impliesShift(keyEquivalent)) flags |= platform::eventFlags::shift;
+        JTKTestSuite::typeKey(code->second, flags);
         return;
     }
     if (lastClickedElement_) lastClickedElement_->clickMenuItem(item->title(), 0);
@@ -306,13 +330,23 @@ void JTKRecorder::didEndEditing(const platform::Notification& notification) {
     // Editing ended with Return: the typed text ends with a carriage return,
     // which the literal writes as its escape.
     if (!text->ends_with('\r')) *text += '\r';
-    JTKTestSuite::typeText(*text);
+    recordTypedText(*text);
 }
 
 void JTKRecorder::flushTypedText() {
     std::string text = std::move(currentTextBuffer_);
     currentTextBuffer_.clear();
     textIsEditing_ = false;
+    recordTypedText(text);
+}
+
+void JTKRecorder::recordTypedText(const std::string& text) {
+    // The text is the text object's whole text. Typed into a field that held
+    // text already, a C++ replay would add it to that text: it selects all first.
+    if (dialect_ == JTKDialect::cpp && !editingBaseline_.empty()) {
+        const auto& codes = JTKTestSuite::keyCodeMap();
+        if (auto a = codes.find("a"); a != codes.end()) JTKTestSuite::typeKey(a->second, platform::eventFlags::command);
+    }
     JTKTestSuite::typeText(text);
 }
 

@@ -73,6 +73,7 @@ private:
     void observeTextObject(const std::shared_ptr<platform::Object>& textObject);
     void removeTextObservers();
     void flushTypedText();
+    void recordTypedText(const std::string& text);
 
     std::optional<JTKSourceFile> file_;
     JTKDialect dialect_;
@@ -87,6 +88,8 @@ private:
     std::optional<DragRecorder> dragHandler_;
     bool textIsEditing_ = false;
     std::string currentTextBuffer_;
+    // What the observed text object held when the current editing began.
+    std::string editingBaseline_;
     Clock::time_point startDate_;
     Clock::time_point lastMouseDownDate_;
     std::weak_ptr<platform::Object> lastResponder_;

@@ -59,6 +59,41 @@ bool writeAll(int descriptor, const std::string& text) {
     return true;
 }
 
+// The permission bits a new file gets from open(2): 0666 less the process's
+// umask, read without changing it (umask(2) would, for every thread).
+mode_t newFileMode() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("Umask:")) return static_cast<mode_t>(0666 & ~std::stoul(line.substr(6), nullptr, 8));
+    return 0644;
+}
+
+// Where a write of the file goes: the file itself, or the end of its chain of
+// symbolic links, also when that end does not exist (a deleted target is made again).
+std::optional<fs::path> writeTarget(const fs::path& file, std::string& error) {
+    fs::path target = file;
+    for (int hops = 0; hops < 40; ++hops) {
+        std::error_code code;
+        auto status = fs::symlink_status(target, code);
+        // A file that is not there is no error: the write makes it.
+        if (code && status.type() != fs::file_type::not_found) {
+            error = code.message();
+            return std::nullopt;
+        }
+        if (!fs::is_symlink(status)) return target;
+        fs::path link = fs::read_symlink(target, code);
+        if (code) {
+            error = code.message();
+            return std::nullopt;
+        }
+        target = link.is_absolute() ? link : target.parent_path() / link;
+    }
+    error = std::strerror(ELOOP);
+    return std::nullopt;
+}
+
+constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
+
 std::string cannotWrite(const fs::path& file, const std::string& reason) {
     return "JTK: cannot write the test source file " + file.string() + " (" + reason + ")";
 }
@@ -83,12 +118,9 @@ std::optional<std::string> jtkReadTextFile(const fs::path& file, std::string& er
 }
 
 bool jtkWriteTextFileAtomically(const fs::path& file, const std::string& text, std::string& error) {
-    std::error_code code;
-    fs::path target = fs::is_symlink(file, code) ? fs::canonical(file, code) : file;
-    if (code) {
-        error = code.message();
-        return false;
-    }
+    auto resolved = writeTarget(file, error);
+    if (!resolved) return false;
+    const fs::path& target = *resolved;
     fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     std::string temporary = (folder / ("." + target.filename().string() + ".jtk-XXXXXX")).string();
     int descriptor = ::mkstemp(temporary.data());
@@ -96,9 +128,10 @@ bool jtkWriteTextFileAtomically(const fs::path& file, const std::string& text, s
         error = std::strerror(errno);
         return false;
     }
+    // The original's permissions; those of a new file when it has gone meanwhile.
     struct stat original{};
-    bool ok = writeAll(descriptor, text);
-    if (ok && ::stat(target.c_str(), &original) == 0) ok = ::fchmod(descriptor, original.st_mode & 07777) == 0;
+    mode_t mode = ::stat(target.c_str(), &original) == 0 ? original.st_mode & 07777 : newFileMode();
+    bool ok = writeAll(descriptor, text) && ::fchmod(descriptor, mode) == 0;
     ok = ok && ::fsync(descriptor) == 0;
     int savedErrno = errno;
     ok = ::close(descriptor) == 0 && ok;
@@ -146,9 +179,12 @@ JTKRecordingMethodResult jtkInsertRecordingMethod(const fs::path& file, std::str
     JTKDialect dialect = jtkDialectOfFile(file);
     size_t earlier = countOccurrences(*text, "testRecording");
     auto method = splitLines(jtkRecordingMethodText(dialect, earlier ? std::to_string(earlier) : ""));
-    auto lines = splitLines(*text);
+    // A byte-order mark stays the file's first bytes, in front of whatever goes first.
+    bool marked = text->starts_with(byteOrderMark);
+    auto lines = splitLines(marked ? text->substr(std::strlen(byteOrderMark)) : *text);
     const std::string foundationImport = "#import <Foundation/Foundation.h>";
-    if (dialect == JTKDialect::objectiveC && std::find(lines.begin(), lines.end(), foundationImport) == lines.end())
+    auto isImport = [&](const std::string& line) { return line == foundationImport || line == foundationImport + "\r"; };
+    if (dialect == JTKDialect::objectiveC && std::none_of(lines.begin(), lines.end(), isImport))
         lines.insert(lines.begin(), foundationImport);
 
     auto contains = [](const std::string& part) { return [part](const std::string& line) { return line.find(part) != std::string::npos; }; };
@@ -160,7 +196,7 @@ JTKRecordingMethodResult jtkInsertRecordingMethod(const fs::path& file, std::str
         return Result::noClosingBrace;
     }
     lines.insert(closing + 1, method.begin(), method.end());
-    if (!jtkWriteTextFileAtomically(file, joinLines(lines), error)) {
+    if (!jtkWriteTextFileAtomically(file, (marked ? byteOrderMark : "") + joinLines(lines), error)) {
         message = cannotWrite(file, error) + "; nothing is recorded";
         return Result::unwritable;
     }

@@ -163,6 +163,10 @@ void DrawContext::dropShadow(const Rect& rect, double radius, double spread) {
 }
 
 Size DrawContext::measureText(const std::string& text, const Font& font, double width) const {
+    return textSize(text, font, width);
+}
+
+Size DrawContext::textSize(const std::string& text, const Font& font, double width) {
     auto layout = makeLayout(text, font, width);
     return logicalSize(layout.get());
 }

@@ -88,21 +88,15 @@ void drawMenuBar(DrawContext& context, double width, const std::string& applicat
     Rect bar{0, 0, width, menuBarHeight};
     context.fillRect(bar, palette::menuBarBackground);
     context.strokeLine({0, 0.5}, {width, 0.5}, Color::grey(0, 0.15));
-    double x = 14;
-    auto place = [&](const std::string& title, const Font& font, bool highlighted) {
-        double titleWidth = context.measureText(title, font).width;
-        Rect slot{x - barPadding / 2 - 2, 3, titleWidth + barPadding + 4, menuBarHeight - 6};
-        if (highlighted) context.fillRoundedRect(slot, 4, palette::accent);
-        context.drawText(title, {x, 0, titleWidth + 1, menuBarHeight},
-                         {font, highlighted ? palette::accentText : palette::text});
-        x += titleWidth + 2 * barPadding;
-    };
-    place(applicationName, Font::boldSystem(), false);
-    if (!mainMenu) return;
     auto tracking = Menu::trackingMenu();
-    for (const auto& item : mainMenu->items()) {
-        bool open = tracking && item->desktopSubmenu() == tracking;
-        place(item->title(), Font::system(), open);
+    // The same places that a press on the bar finds its titles at.
+    for (const auto& title : menuBarTitles(applicationName, mainMenu)) {
+        Font font = title.item ? Font::system() : Font::boldSystem();
+        bool highlighted = tracking && title.item && title.item->desktopSubmenu() == tracking;
+        if (highlighted) context.fillRoundedRect(title.slot, 4, palette::accent);
+        double x = title.slot.minX() + barPadding / 2 + 2;
+        context.drawText(title.title, {x, 0, title.slot.width() - barPadding - 3, menuBarHeight},
+                         {font, highlighted ? palette::accentText : palette::text});
     }
 }
 

@@ -5,14 +5,13 @@
 #include <cstdint>
 #include <string>
 
+#include "JTK/desktop/MenuBar.h"
 #include "JTK/desktop/render/DrawContext.h"
 
 namespace jtk::desktop {
 
 class Menu;
 
-// The height of the menu bar at the top of the main screen.
-inline constexpr double menuBarHeight = 24;
 
 // The open menu in its own coordinates: (0, 0) to its frame's size.
 void drawMenu(DrawContext& context, const Menu& menu);

@@ -1,7 +1,9 @@
 // The application's event dispatch: the handler on the main run loop that
 // takes each event from the application's queue and delivers it, in this
-// order, to the local event monitors, to a tracking menu, to a main-menu key
-// equivalent, and to the window and view it belongs to.
+// order, to the local event monitors, to a tracking menu, to the menu bar (a
+// press on it), to a main-menu key equivalent, and to the window and view it
+// belongs to. The monitors see neither a tracking menu's mouse events nor a
+// press on the menu bar.
 #pragma once
 
 #include <memory>

@@ -60,7 +60,8 @@ public:
 
     // Return ends editing and gives the keys back to the window; Tab ends it
     // and moves on to the field's next key view; Delete deletes backward; the
-    // arrows move (collapsing a selection); other keys insert what they type (see charactersOfEvent).
+    // arrows move (collapsing a selection); command-A selects all; other keys
+    // insert what they type (see charactersOfEvent).
     void keyDown(const platform::Event& event) override;
     bool acceptsFirstResponder() const override { return true; }
     // Giving up the keys ends editing.

@@ -7,9 +7,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "JTK/desktop/MenuBar.h"
 #include "JTK/desktop/MenuItem.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Geometry.h"
@@ -61,6 +63,21 @@ public:
     // action has been performed by then). view is the view it pops up for.
     // Returns at once (null) when another menu is tracking.
     std::shared_ptr<MenuItem> popUp(platform::Point topLeftOnScreen, const std::shared_ptr<platform::View>& view = {});
+
+    // How a menu-bar menu came to open: by a press on its title, or by the
+    // pointer moving onto its title from another title's open menu, with the
+    // button down (a drag) or up.
+    enum class BarOpening { byPress, byDrag, byMove };
+    struct BarSwitch {
+        MenuBarTitle title;
+        BarOpening how;
+    };
+    // Tracks the menu of a menu-bar title, its top left corner at a screen
+    // point (below the title). Returns the title whose menu opens next when
+    // the pointer went on to another title; none when the menu closed
+    // otherwise (a chosen item has been performed by then), or when another
+    // menu is tracking.
+    std::optional<BarSwitch> trackFromMenuBar(platform::Point topLeftOnScreen, BarOpening how);
     void cancelTracking() override;
     bool isTracking() const;
     // Where the open menu is on screen; empty while it is closed.
@@ -85,6 +102,8 @@ private:
     struct Tracking;
     static Tracking* currentTracking;  // main thread only
     void adopt(const std::shared_ptr<MenuItem>& item);
+    std::shared_ptr<MenuItem> track(platform::Point topLeftOnScreen, const std::shared_ptr<platform::View>& view,
+                                    Tracking& tracking);
     int rowAt(platform::Point screenPoint) const;
     void openAt(platform::Point topLeftOnScreen);
     void close() { frame_ = {}; }

@@ -63,6 +63,8 @@ public:
     // Text. Logical size of a text in one line (or wrapped to width when
     // width > 0).
     platform::Size measureText(const std::string& text, const Font& font, double width = 0) const;
+    // The same size without a context: the layout depends on the font only.
+    static platform::Size textSize(const std::string& text, const Font& font, double width = 0);
     // The x offset of the byte index in a one-line text.
     double textOffset(const std::string& text, const Font& font, size_t byteIndex) const;
     void drawText(const std::string& text, const platform::Rect& rect, const TextStyle& style);
