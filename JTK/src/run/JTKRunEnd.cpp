@@ -25,6 +25,7 @@
 #include "JTK/platform/RunLoop.h"
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
+#include "run/JTKTestEnvironment.h"
 #include "run/JTKTestRun.h"
 
 namespace jtk {
@@ -76,7 +77,8 @@ void jtkExitProcess(int status) {
 
 void jtkRestoreAndExit(int status) {
     endLock().lock();
-    JTKTestSuite::restoreApplicationSupportData();
+    // Data left aside is no success, whatever the run's status was.
+    if (!jtkRestoreApplicationSupportData() && status == 0) status = 1;
     jtkExitProcess(status);
 }
 
