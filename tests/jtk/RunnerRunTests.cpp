@@ -96,7 +96,8 @@ struct OutsideStop {
 class RunnerStop : public RunnerRun, public testing::WithParamInterface<OutsideStop> {};
 
 TEST_P(RunnerStop, leavesAJUnitFileThatNamesTheRunningTest) {
-    shell("(" + environment("wait") + application() + " -uxtest --jtk-junit=results.xml) > out.txt 2>&1 &");
+    shell("(" + environment("wait") + application() + " -uxtest --jtk-junit=results.xml) > " +
+          quoted((root / "out.txt").string()) + " 2>&1 &");
     pid_t pid = waitUntilReady();
     ASSERT_GT(pid, 0);
     ASSERT_EQ(kill(pid, GetParam().signal), 0);

@@ -2,16 +2,21 @@
 // filled with test data and put back; a folder left by an interrupted run;
 // test user defaults. XDG_DATA_HOME and XDG_CONFIG_HOME point into a fresh
 // temporary folder for every test.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstring>
+#include <sstream>
 
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Application.h"
 #include "JTK/platform/UserDefaults.h"
+#include "run/JTKDataFolderLock.h"
+#include "run/JTKFileTree.h"
 #include "tests/support/TestFiles.h"
 
 using namespace jtk;
@@ -40,6 +45,24 @@ protected:
         GTEST_FLAG_SET(death_test_style, "fast");
         writeFile(appSupport / "user.txt", "mine");
         writeFile(testData / "a.txt", "A");
+    }
+    // Runs step in a child process as an ordinary user (nobody when the tests
+    // run as root, who may ignore permissions); returns its standard output.
+    template <class Step>
+    std::string asAnOrdinaryUser(int status, Step step) {
+        const uid_t nobody = 65534;
+        for (const auto& entry : fs::recursive_directory_iterator(root))
+            EXPECT_EQ(geteuid() == 0 ? lchown(entry.path().c_str(), nobody, nobody) : 0, 0);
+        EXPECT_EQ(geteuid() == 0 ? chown(root.c_str(), nobody, nobody) : 0, 0);
+        EXPECT_EXIT(
+            {
+                if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0)) std::_Exit(8);
+                if (!std::freopen((root / "out.txt").c_str(), "w", stdout)) std::_Exit(9);
+                step();
+                std::_Exit(0);
+            },
+            testing::ExitedWithCode(status), "");
+        return readFile(root / "out.txt");
     }
     std::string copyCapturingOutput() { return capturedStdout(JTKTestSuite::copyTestDataToApplicationSupport); }
     std::string restoreCapturingOutput() { return capturedStdout(JTKTestSuite::restoreApplicationSupportData); }
@@ -127,28 +150,85 @@ TEST_F(DataEnvironment, copiedTestDataKeepsTimesPermissionsAndLinks) {
 }
 
 TEST_F(DataEnvironment, readOnlyFoldersATestLeavesDoNotKeepTheUsersDataAside) {
-    // A test that locks folders of its data. Run as an ordinary user: one
-    // that may ignore permissions could not show the fault.
     userAndTestDataForAChild();
-    const uid_t nobody = 65534;
-    if (geteuid() == 0) {
-        for (const auto& entry : fs::recursive_directory_iterator(root)) ASSERT_EQ(lchown(entry.path().c_str(), nobody, nobody), 0);
-        ASSERT_EQ(chown(root.c_str(), nobody, nobody), 0);
-    }
-    EXPECT_EXIT(
-        {
-            if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0)) std::_Exit(8);
-            if (!std::freopen((root / "out.txt").c_str(), "w", stdout)) std::_Exit(9);
-            JTKTestSuite::copyTestDataToApplicationSupport();
-            writeFile(appSupport / "locked" / "deeper" / "made-by-a-test.txt", "x");
-            for (const char* folder : {"locked/deeper", "locked"}) chmod((appSupport / folder).c_str(), 0500);
-            JTKTestSuite::restoreApplicationSupportData();
-            std::_Exit(0);
-        },
-        testing::ExitedWithCode(0), "");
-    EXPECT_EQ(readFile(root / "out.txt"), "Restoring Application Support Data\n");
+    EXPECT_EQ(asAnOrdinaryUser(0, [&] {
+                  JTKTestSuite::copyTestDataToApplicationSupport();
+                  writeFile(appSupport / "locked" / "deeper" / "made-by-a-test.txt", "x");
+                  for (const char* folder : {"locked/deeper", "locked"}) chmod((appSupport / folder).c_str(), 0500);
+                  JTKTestSuite::restoreApplicationSupportData();
+              }),
+              "Restoring Application Support Data\n");
     EXPECT_EQ(contents(appSupport), Strings{"user.txt=mine"});
     EXPECT_EQ(namesIn(root / "data"), Strings{platform::sharedApplication()->name()}) << "nothing beside it";
+}
+
+// A lock file its user may not write (as a run started as root and killed
+// leaves it) is locked all the same; one it may not read stops the run, which
+// says where the data waits.
+TEST_F(DataEnvironment, aLockFileOfAnotherUserNeitherBlocksTheRunNorHidesTheData) {
+    userAndTestDataForAChild();
+    asAnOrdinaryUser(0, JTKTestSuite::copyTestDataToApplicationSupport);  // and killed: the data stays aside
+    auto lock = jtkLockFileFor(appSupport);
+    fs::permissions(lock, fs::perms::none);
+    EXPECT_EQ(asAnOrdinaryUser(1, JTKTestSuite::copyTestDataToApplicationSupport),
+              "Could not make sure that no other test run uses " + appSupport.string() + ": cannot lock " + lock.string() +
+                  ": Permission denied. Nothing was changed: your Application Support data, put aside by a run that did not "
+                  "end, is waiting at " + temp.string() + ". If no test run is under way, remove " + lock.string() +
+                  " and start again - Testing cancelled\n");
+    fs::permissions(lock, fs::perms(0444));
+    asAnOrdinaryUser(0, [] { JTKTestSuite::copyTestDataToApplicationSupport(), JTKTestSuite::restoreApplicationSupportData(); });
+    EXPECT_EQ(contents(appSupport), Strings{"user.txt=mine"});
+    EXPECT_FALSE(jtkExistsAt(lock));
+}
+
+// A busy lock names its holder only when the lock file names a live process
+// of this PID namespace that started when the file says.
+TEST_F(DataEnvironment, aBusyLockNamesOnlyAHolderThatIsThere) {
+    auto lock = jtkLockFileFor(appSupport), other = root / "data" / "Other";
+    ASSERT_EQ(jtkLockDataFolder(appSupport).outcome, JTKDataFolderLock::Outcome::held);
+    std::string record = readFile(lock), pid, space, start, unknown = "an unknown process";
+    std::istringstream(record) >> pid >> space >> start;
+    jtkLockDataFolder(other);  // lets the first go; its file stays, held by another open file below
+    int holder = open(lock.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(holder, LOCK_EX | LOCK_NB), 0);
+    for (const auto& [written, named] : {std::pair{record, "process " + std::to_string(getpid())}, {"2 " + space + "1 " + start, unknown},
+                                         {pid + " " + space + " 1" + start, unknown}, {std::string("2\n"), unknown}}) {
+        writeFile(lock, written);  // as written, from another PID namespace, a process id in use again, no namespace
+        EXPECT_EQ(jtkLockDataFolder(appSupport).detail, named) << written;
+    }
+    close(holder), jtkReleaseDataFolderLock(other);
+}
+
+// A sparse file is copied with its holes; a stop ends a large file's copy early.
+TEST_F(DataEnvironment, copiesKeepHolesAndStopWithinALargeFile) {
+    auto sparse = testData / "sparse", copy = root / "copy", large = testData / "large", partial = root / "partial";
+    writeFile(sparse, "head");
+    std::fstream(sparse, std::ios::in | std::ios::out | std::ios::binary).seekp(1 << 29) << "middle";
+    fs::resize_file(sparse, 1 << 30);
+    ASSERT_EQ(jtkCopyTree(sparse, copy), std::error_code());
+    struct stat from {}, to {};
+    ASSERT_EQ(stat(sparse.c_str(), &from) | stat(copy.c_str(), &to), 0);
+    EXPECT_EQ(to.st_size, from.st_size);
+    EXPECT_LE(to.st_blocks, from.st_blocks + 64) << "blocks of 512 bytes";
+    writeFile(large, std::string(12 << 20, 'x'));
+    auto started = [&] { return fs::exists(partial) && fs::file_size(partial) > 0; };
+    EXPECT_EQ(jtkCopyTree(large, partial, started), std::make_error_code(std::errc::operation_canceled));
+    EXPECT_LT(fs::file_size(partial), fs::file_size(large));
+}
+
+// The end of a run cannot put the user's data back (a copy replaced the
+// folder it put aside): one line says where it is, and the status is 1.
+TEST_F(DataEnvironment, aFailedRestoreSaysWhereTheDataIsAndEndsWithAFailure) {
+    userAndTestDataForAChild();
+    auto output = asAnOrdinaryUser(1, [&] {
+        JTKTestSuite::copyTestDataToApplicationSupport();
+        fs::copy(temp, root / "copy", fs::copy_options::recursive), fs::remove_all(temp), fs::rename(root / "copy", temp);
+        JTKTestSuite::endTests();
+    });
+    EXPECT_EQ(output, "Restoring Application Support Data\nCould not put the Application Support data back: " + temp.string() +
+                          " is no longer the folder this run moved aside, so it was left as it is; " + appSupport.string() +
+                          " holds the test data. Look for your data at " + temp.string() + "\n");
+    EXPECT_EQ(contents(temp), Strings{"user.txt=mine"});
 }
 
 TEST_F(DataEnvironment, uncopyableItemEndsTheRunAfterRestoring) {

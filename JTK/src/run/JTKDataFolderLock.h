@@ -12,7 +12,9 @@ namespace jtk {
 struct JTKDataFolderLock {
     enum class Outcome { held, busy, failed };
     Outcome outcome = Outcome::failed;
-    // busy: the process id the holder wrote into the file ("unknown" when unreadable);
+    // busy: who holds the lock, "process <id>", or "an unknown process" when
+    // the file names no live process of this system (another PID namespace,
+    // a process id used again, a file a run could not write);
     // failed: why the lock file could not be locked.
     std::string detail;
 };
@@ -21,7 +23,9 @@ struct JTKDataFolderLock {
 std::filesystem::path jtkLockFileFor(const std::filesystem::path& dataFolder);
 
 // Takes the lock of dataFolder without waiting, or confirms that this process
-// holds it already. Holding the lock of another folder lets that one go.
+// holds it already. Holding the lock of another folder lets that one go. A
+// lock file this user may read but not write (left by a run started as root)
+// is locked all the same: locking needs no write access.
 JTKDataFolderLock jtkLockDataFolder(const std::filesystem::path& dataFolder);
 
 // Lets the lock of dataFolder go and removes its file, so that a run leaves

@@ -7,6 +7,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <vector>
@@ -85,8 +86,46 @@ std::error_code removeEntries(int folder, dev_t device) {
     return first;
 }
 
-// Copies a regular file's bytes into a new file; a full disk reports as such.
-std::error_code copyFileContent(const fs::path& from, const fs::path& to) {
+constexpr off_t copyChunk = off_t(4) << 20;  // the most copied between two looks at the stop request
+
+// Copies length bytes at offset, in-kernel where the file systems allow it;
+// moves end to where the source ends when it is shorter (it shrank meanwhile).
+std::error_code copyRange(int source, int target, off_t offset, off_t length, bool& rangeCopy, off_t& end) {
+    while (length > 0) {
+        ssize_t count = -1;
+        if (rangeCopy) {
+            off_t in = offset, out = offset;
+            count = copy_file_range(source, &in, target, &out, static_cast<size_t>(length), 0);
+            if (count < 0 && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
+                rangeCopy = false;
+                continue;
+            }
+        } else {
+            char buffer[1 << 16];
+            auto size = static_cast<size_t>(std::min(length, static_cast<off_t>(sizeof buffer)));
+            count = pread(source, buffer, size, offset);
+            for (ssize_t written = 0, step; count > 0 && written < count; written += step) {
+                step = pwrite(target, buffer + written, static_cast<size_t>(count - written), offset + written);
+                if (step < 0 && errno == EINTR) step = 0;
+                if (step < 0) return lastError();
+            }
+        }
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return lastError();
+        if (count == 0) {
+            end = offset;
+            return {};
+        }
+        offset += count;
+        length -= count;
+    }
+    return {};
+}
+
+// Copies a regular file into a new file: only its data, so that its holes
+// stay holes, a chunk at a time, so that a stop request ends the copy soon.
+// A full disk reports as such.
+std::error_code copyFileContent(const fs::path& from, const fs::path& to, const std::function<bool()>& stop) {
     int source = open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
     if (source < 0) return lastError();
     int target = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -96,31 +135,28 @@ std::error_code copyFileContent(const fs::path& from, const fs::path& to) {
         return error;
     }
     std::error_code error;
-    char buffer[1 << 16];
-    bool rangeCopy = true;  // in-kernel copy where the file systems allow it
-    while (true) {
-        ssize_t count = -1;
-        if (rangeCopy) {
-            count = copy_file_range(source, nullptr, target, nullptr, 1 << 30, 0);
-            if (count < 0 && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
-                rangeCopy = false;
-                continue;
-            }
-        } else {
-            count = read(source, buffer, sizeof buffer);
-            for (ssize_t written = 0, step; count > 0 && written < count; written += step) {
-                step = write(target, buffer + written, static_cast<size_t>(count - written));
-                if (step < 0 && errno == EINTR) step = 0;
-                if (step < 0) {
-                    count = -1;
-                    break;
-                }
+    struct stat item {};
+    if (fstat(source, &item) != 0) error = lastError();
+    bool rangeCopy = true;
+    for (off_t offset = 0; !error && offset < item.st_size;) {
+        // The next stretch of data; a file system that cannot tell has no holes.
+        off_t data = lseek(source, offset, SEEK_DATA);
+        if (data < 0 && errno == ENXIO) break;  // only a hole up to the end
+        off_t hole = data < 0 ? item.st_size : lseek(source, data, SEEK_HOLE);
+        if (data < 0) data = offset;
+        if (hole < 0) hole = item.st_size;
+        hole = std::min(hole, item.st_size);
+        for (offset = data; !error && offset < std::min(hole, item.st_size); offset += copyChunk) {
+            if (stop && stop()) {
+                error = std::make_error_code(std::errc::operation_canceled);
+            } else {
+                error = copyRange(source, target, offset, std::min(copyChunk, hole - offset), rangeCopy, item.st_size);
             }
         }
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) error = lastError();
-        if (count <= 0) break;
+        offset = hole;
     }
+    // A hole at the end is made by the size alone.
+    if (!error && ftruncate(target, item.st_size) != 0) error = lastError();
     close(source);
     if (close(target) != 0 && !error) error = lastError();
     return error;
@@ -195,8 +231,8 @@ std::error_code jtkRemoveTree(const fs::path& path) {
     return first;
 }
 
-std::error_code jtkCopyTree(const fs::path& from, const fs::path& to, const std::atomic<bool>* stop) {
-    if (stop && stop->load()) return std::make_error_code(std::errc::operation_canceled);
+std::error_code jtkCopyTree(const fs::path& from, const fs::path& to, const std::function<bool()>& stop) {
+    if (stop && stop()) return std::make_error_code(std::errc::operation_canceled);
     struct stat item {};
     if (lstat(from.c_str(), &item) != 0) return lastError();
     std::error_code error;
@@ -207,7 +243,7 @@ std::error_code jtkCopyTree(const fs::path& from, const fs::path& to, const std:
         return setTimes(to, item);
     }
     if (S_ISREG(item.st_mode)) {
-        if ((error = copyFileContent(from, to))) return error;
+        if ((error = copyFileContent(from, to, stop))) return error;
     } else if (S_ISDIR(item.st_mode)) {
         // Made open for its owner while it is filled; its own permissions come last.
         if (mkdir(to.c_str(), S_IRWXU) != 0) return lastError();

@@ -6,8 +6,8 @@
 
 #include <sys/types.h>
 
-#include <atomic>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -48,10 +48,12 @@ std::optional<std::filesystem::path> jtkRenameToFreeName(const std::filesystem::
 std::error_code jtkRemoveTree(const std::filesystem::path& path);
 
 // Copies the item to to (which must not exist): folders whole, links as
-// links, each item with its permissions and modification time. A pipe,
-// socket or device fails with std::errc::invalid_argument. When stop turns
-// true the copy ends before its next item with std::errc::operation_canceled.
+// links, files with their holes, each item with its permissions and
+// modification time. A pipe, socket or device fails with
+// std::errc::invalid_argument. When stop returns true the copy ends before
+// its next item, or its next few megabytes of a file, with
+// std::errc::operation_canceled.
 std::error_code jtkCopyTree(const std::filesystem::path& from, const std::filesystem::path& to,
-                            const std::atomic<bool>* stop = nullptr);
+                            const std::function<bool()>& stop = {});
 
 }  // namespace jtk

@@ -27,6 +27,7 @@
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
 #include "run/JTKRunOptions.h"
+#include "run/JTKTestEnvironment.h"
 #include "run/JTKTestFailure.h"
 #include "run/JTKTestResults.h"
 #include "run/JTKTestRun.h"
@@ -102,7 +103,8 @@ int finishResults(int status, const std::string& why) {
 void jtkEndRun(int status, const std::string& why) {
     endLock().lock();
     status = finishResults(status, why);
-    JTKTestSuite::restoreApplicationSupportData();
+    // Data left aside is no success, whatever the run's status was.
+    if (!jtkRestoreApplicationSupportData() && status == 0) status = 1;
     jtkExitProcess(status);
 }
 

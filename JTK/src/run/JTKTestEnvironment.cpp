@@ -8,22 +8,21 @@
 // folder a run put aside, so that a later run recovers that folder and
 // nothing else. Every step leaves a state the next run can recover from,
 // whenever the process is killed.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
+#include "run/JTKBesideData.h"
 #include "run/JTKConsole.h"
 #include "run/JTKDataFolderLock.h"
 #include "run/JTKFileTree.h"
 #include "run/JTKProcessEnd.h"
 #include "run/JTKRunEnd.h"
+#include "run/JTKTestEnvironment.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Application.h"
 #include "JTK/platform/Process.h"
@@ -52,86 +51,10 @@ EnvironmentState& state() {
     return instance;
 }
 
-// Names beside the data folder, all derived from its own name, cut to 200
-// bytes so that every suffix fits in a file name.
-fs::path besideData(const fs::path& appSupport, const std::string& suffix) {
-    std::string name = appSupport.filename().string().substr(0, 200);
-    return appSupport.parent_path() / ("." + name + suffix);
-}
-fs::path asideRecordFor(const fs::path& appSupport) { return besideData(appSupport, ".jtk-aside"); }
-const std::string discardInfix = ".jtk-discard-";
-
-std::optional<JTKFileIdentity> readAsideRecord(const fs::path& appSupport) {
-    std::ifstream in(asideRecordFor(appSupport));
-    std::string tag;
-    unsigned long long device = 0, inode = 0;
-    if (!(in >> tag >> device >> inode) || tag != "jtk-aside") return std::nullopt;
-    return JTKFileIdentity{static_cast<dev_t>(device), static_cast<ino_t>(inode)};
-}
-
-// Written and synced before the move, so that no crash can leave a folder
-// aside without its record. Returns an error text when it could not.
-std::string writeAsideRecord(const fs::path& appSupport, const JTKFileIdentity& identity) {
-    auto record = asideRecordFor(appSupport);
-    auto partial = besideData(appSupport, ".jtk-aside.partial");
-    std::string text = "jtk-aside " + std::to_string(identity.device) + " " + std::to_string(identity.inode) + "\n";
-    int file = open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
-    bool written = file >= 0 && write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
-                   fsync(file) == 0;
-    std::error_code error(written ? 0 : errno, std::generic_category());
-    if (file >= 0 && close(file) != 0 && written) error.assign(errno, std::generic_category());
-    if (!error) fs::rename(partial, record, error);
-    if (error) {
-        std::error_code ignored;
-        fs::remove(partial, ignored);
-        return error.message();
-    }
-    if (int folder = open(record.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); folder >= 0) {
-        fsync(folder);
-        close(folder);
-    }
-    return {};
-}
-
-void removeAsideRecord(const fs::path& appSupport) {
-    std::error_code ignored;
-    fs::remove(asideRecordFor(appSupport), ignored);
-}
-
-// True when the folder at temp is the one a test run recorded putting aside.
-bool putAsideByARun(const fs::path& appSupport, const fs::path& temp) {
-    auto recorded = readAsideRecord(appSupport);
-    return recorded && jtkIdentityOf(temp) == recorded;
-}
-
 std::string notPutAsideByARun(const fs::path& appSupport, const fs::path& temp) {
     return temp.string() + " was not put aside by a test run, so it may hold data of yours: nothing was changed. "
                            "Your Application Support data is at " + appSupport.string() + "; move or rename " +
            temp.string() + " and start again";
-}
-
-// Moves the test data out of the way, then deletes it. The user's data never
-// waits for the delete, and a delete that a crash cuts short is finished by
-// the next run.
-std::optional<fs::path> moveToDiscard(const fs::path& appSupport, std::error_code& error) {
-    auto base = besideData(appSupport, discardInfix + std::to_string(getpid()));
-    return jtkRenameToFreeName(appSupport, base, error);
-}
-
-void deleteDiscarded(const fs::path& discarded) {
-    if (auto error = jtkRemoveTree(discarded)) {
-        jtkPrintLine("Could not delete the test data at " + discarded.string() + ": " + error.message());
-    }
-}
-
-void deleteDiscardedByEarlierRuns(const fs::path& appSupport) {
-    std::string prefix = besideData(appSupport, discardInfix).filename().string();
-    std::error_code error;
-    std::vector<fs::path> leftovers;
-    for (fs::directory_iterator it(appSupport.parent_path(), error), end; !error && it != end; it.increment(error)) {
-        if (it->path().filename().string().starts_with(prefix)) leftovers.push_back(it->path());
-    }
-    for (const auto& leftover : leftovers) deleteDiscarded(leftover);
 }
 
 std::string timestamp() {
@@ -143,7 +66,20 @@ std::string timestamp() {
 }
 
 std::string busyMessage(const JTKDataFolderLock& lock, const fs::path& appSupport) {
-    return "Another test run (process " + lock.detail + ") is using " + appSupport.string();
+    return "Another test run (" + lock.detail + ") is using " + appSupport.string();
+}
+
+// The message of a lock that could not be taken: where the data is, and what to do.
+std::string lockFailedMessage(const JTKDataFolderLock& lock, const fs::path& appSupport, const fs::path& temp) {
+    std::string where = "your Application Support data is at " + appSupport.string();
+    if (jtkPutAsideByARun(appSupport, temp)) {
+        where = "your Application Support data, put aside by a run that did not end, is waiting at " + temp.string();
+    } else if (jtkExistsAt(temp)) {
+        where += " or at " + temp.string();
+    }
+    return "Could not make sure that no other test run uses " + appSupport.string() + ": " + lock.detail +
+           ". Nothing was changed: " + where + ". If no test run is under way, remove " +
+           jtkLockFileFor(appSupport).string() + " and start again";
 }
 
 // Puts the folder an earlier run put aside back in place. Whatever is in its
@@ -164,7 +100,7 @@ std::string recoverInterruptedRun(const fs::path& appSupport, const fs::path& te
         return "Could not recover the Application Support data left by an interrupted run at " + temp.string() +
                ": " + error.message() + " - Testing cancelled";
     }
-    removeAsideRecord(appSupport);
+    jtkRemoveAsideRecord(appSupport);
     jtkPrintLine("Recovered Application Support data left by an interrupted run");
     if (kept) {
         jtkPrintLine("What was in its place (that run's test data and anything saved there since) is kept at " +
@@ -187,7 +123,7 @@ std::string installTestData(const fs::path& testData, const fs::path& appSupport
         items.push_back(it->path());
     }
     for (const auto& item : items) {
-        if (auto failure = jtkCopyTree(item, appSupport / item.filename(), &jtkStopRequested())) {
+        if (auto failure = jtkCopyTree(item, appSupport / item.filename(), [] { return jtkStopRequested().load(); })) {
             std::string reason = failure == std::errc::invalid_argument
                                      ? "it holds something that is neither a file, a folder nor a link"
                                  : failure == std::errc::operation_canceled ? "the run was interrupted"
@@ -206,12 +142,12 @@ std::string replaceTestData(const fs::path& testData, const fs::path& appSupport
                                : std::string("Copying the test data in again"));
     if (jtkExistsAt(appSupport)) {
         std::error_code error;
-        auto discarded = moveToDiscard(appSupport, error);
+        auto discarded = jtkMoveToDiscard(appSupport, error);
         if (!discarded) {
             return "Could not move the test data at " + appSupport.string() + " out of the way: " + error.message() +
                    " - Testing cancelled";
         }
-        deleteDiscarded(*discarded);
+        jtkDeleteDiscarded(*discarded);
     }
     return installTestData(testData, appSupport);
 }
@@ -224,26 +160,25 @@ std::string prepare(const fs::path& testData, const fs::path& appSupport, const 
         return busyMessage(lock, appSupport) + "; this run changed nothing - Testing cancelled";
     }
     if (lock.outcome == JTKDataFolderLock::Outcome::failed) {
-        return "Could not make sure that no other test run uses " + appSupport.string() + ": " + lock.detail +
-               " - Testing cancelled";
+        return lockFailedMessage(lock, appSupport, temp) + " - Testing cancelled";
     }
     if (state().movedAside && state().folder == appSupport) return replaceTestData(testData, appSupport, temp);
     state().aside.reset();
 
-    deleteDiscardedByEarlierRuns(appSupport);
+    jtkDeleteDiscardedByEarlierRuns(appSupport);
     if (jtkExistsAt(temp)) {
-        if (!putAsideByARun(appSupport, temp)) return notPutAsideByARun(appSupport, temp) + " - Testing cancelled";
+        if (!jtkPutAsideByARun(appSupport, temp)) return notPutAsideByARun(appSupport, temp) + " - Testing cancelled";
         if (auto failure = recoverInterruptedRun(appSupport, temp); !failure.empty()) return failure;
     } else {
-        removeAsideRecord(appSupport);  // a run killed just before its move or just after its restore
+        jtkRemoveAsideRecord(appSupport);  // a run killed just before its move or just after its restore
     }
     if (auto identity = jtkIdentityOf(appSupport)) {
-        if (auto failure = writeAsideRecord(appSupport, *identity); !failure.empty()) {
+        if (auto failure = jtkWriteAsideRecord(appSupport, *identity); !failure.empty()) {
             return "Could not record the move of the Application Support data aside: " + failure +
                    " - Testing cancelled";
         }
         if (auto error = jtkRenameNoReplace(appSupport, temp)) {
-            removeAsideRecord(appSupport);
+            jtkRemoveAsideRecord(appSupport);
             return "Could not move the Application Support data aside to " + temp.string() + ": " + error.message() +
                    " - Testing cancelled";
         }
@@ -259,20 +194,19 @@ std::string prepare(const fs::path& testData, const fs::path& appSupport, const 
 bool putBack(const fs::path& appSupport, const fs::path& temp) {
     std::error_code error;
     std::optional<fs::path> discarded;
-    if (jtkExistsAt(appSupport) && !(discarded = moveToDiscard(appSupport, error))) {
+    auto keptAside = [&] {  // whole in the _Temp folder, where the next run finds it
         jtkPrintLine("Could not put the Application Support data back: " + error.message() + "; it is kept at " +
-                     temp.string());
+                     temp.string() + ", where the next run finds it, and " + appSupport.string() +
+                     " holds the test data");
         return false;
-    }
+    };
+    if (jtkExistsAt(appSupport) && !(discarded = jtkMoveToDiscard(appSupport, error))) return keptAside();
     if ((error = jtkRenameNoReplace(temp, appSupport))) {
         if (discarded) jtkRenameNoReplace(*discarded, appSupport);
-        // The data stays whole in the _Temp folder; the next run puts it back.
-        jtkPrintLine("Could not put the Application Support data back: " + error.message() + "; it is kept at " +
-                     temp.string());
-        return false;
+        return keptAside();
     }
-    removeAsideRecord(appSupport);
-    if (discarded) deleteDiscarded(*discarded);
+    jtkRemoveAsideRecord(appSupport);
+    if (discarded) jtkDeleteDiscarded(*discarded);
     return true;
 }
 
@@ -312,43 +246,54 @@ void JTKTestSuite::copyTestDataToApplicationSupport() {
     }
 }
 
-void JTKTestSuite::restoreApplicationSupportData() {
+void JTKTestSuite::restoreApplicationSupportData() { jtkRestoreApplicationSupportData(); }
+
+bool jtkRestoreApplicationSupportData() {
     std::lock_guard lock(state().mutex);
     // The folder this run moved aside, whatever the name reads now (an
     // executable rebuilt during the run is named "... (deleted)").
-    auto appSupport = state().movedAside ? URL(state().folder) : appSupportURL();
-    if (!appSupport) return;
+    auto appSupport = state().movedAside ? JTKTestSuite::URL(state().folder) : JTKTestSuite::appSupportURL();
+    if (!appSupport) return true;
     auto temp = *appSupport;
     temp += "_Temp";
     jtkPrintLine("Restoring Application Support Data");
+    const auto aside = std::exchange(state().aside, std::nullopt);  // this process put the user's data there
+    const bool ours = aside.has_value(), testDataInPlace = std::exchange(state().movedAside, false);
+    const std::string testDataAt = appSupport->string() + " holds the test data";
     if (!jtkExistsAt(temp)) {
-        // Nothing aside: nothing to lock against either.
-        state().movedAside = false;
-        state().aside.reset();
-        jtkReleaseDataFolderLock(*appSupport);
-        return;
+        if (ours) jtkPrintLine("The Application Support data this run moved aside is no longer at " + temp.string() +
+                               ": nothing was restored, and " + testDataAt);
+        jtkReleaseDataFolderLock(*appSupport);  // nothing aside: nothing to lock against either
+        return !ours;
     }
     auto folderLock = jtkLockDataFolder(*appSupport);
     if (folderLock.outcome == JTKDataFolderLock::Outcome::busy) {
         jtkPrintLine(busyMessage(folderLock, *appSupport) + "; its data was left as it is");
-        return;
+        return true;  // that run puts its own data back
     }
     if (folderLock.outcome == JTKDataFolderLock::Outcome::failed) {
-        jtkPrintLine("Could not make sure that no other test run uses " + appSupport->string() + ": " +
-                     folderLock.detail + "; nothing was restored");
-        return;
+        jtkPrintLine(lockFailedMessage(folderLock, *appSupport, temp));
+        return false;
     }
-    bool keepLock = false;  // while the user's data stays aside, no other run may start
-    if (state().aside && jtkIdentityOf(temp) == state().aside) {
-        keepLock = !putBack(*appSupport, temp);
-    } else if (!putAsideByARun(*appSupport, temp)) {
-        jtkPrintLine(notPutAsideByARun(*appSupport, temp));
+    bool restored = false;
+    if (ours && jtkIdentityOf(temp) == aside) {
+        restored = putBack(*appSupport, temp);
+    } else if (ours) {
+        jtkPrintLine("Could not put the Application Support data back: " + temp.string() + " is no longer the folder "
+                     "this run moved aside, so it was left as it is; " + testDataAt + ". Look for your data at " +
+                     temp.string());
+    } else if (!jtkPutAsideByARun(*appSupport, temp)) {
+        jtkPrintLine(testDataInPlace ? temp.string() + " was not put aside by a test run, so it was left as it is; " +
+                                           testDataAt
+                                     : notPutAsideByARun(*appSupport, temp));
     } else if (auto failure = recoverInterruptedRun(*appSupport, temp); !failure.empty()) {
         jtkPrintLine(failure);  // put aside by an earlier run that never ended
+    } else {
+        restored = true;
     }
-    state().movedAside = false;
-    state().aside.reset();
-    if (!keepLock) jtkReleaseDataFolderLock(*appSupport);
+    // While this run's data stays aside, no other run may start.
+    if (restored || !ours) jtkReleaseDataFolderLock(*appSupport);
+    return restored;
 }
 
 bool jtkDataMovedAside() {
