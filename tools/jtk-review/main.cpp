@@ -110,7 +110,9 @@ int report(const Arguments& arguments, const std::string& version) {
     std::optional<JUnitResults> junit;
     std::string error;
     if (arguments.junit && !(junit = readJUnitFile(*arguments.junit, &error))) return fail(error);
-    auto contents = gatherReport(arguments.root, version, std::move(junit), arguments.junit);
+    std::optional<fs::path> junitFile;
+    if (arguments.junit) junitFile = fs::absolute(*arguments.junit);
+    auto contents = gatherReport(fs::absolute(arguments.root), version, std::move(junit), junitFile);
     if (!writeFileAtomically(arguments.output, renderReport(contents), &error)) return fail(error);
     auto summary = summarize(contents);
     say("jtk-review: wrote " + arguments.output.string() + " (" + std::to_string(contents.tests.size()) + " tests, " +

@@ -42,6 +42,12 @@ std::string resultBadge(Result result) {
     return std::string("<span class=\"result ") + resultName(result) + "\">" + resultName(result) + "</span>";
 }
 
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const auto& name : names) text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
 std::string anchor(size_t index) { return "test-" + std::to_string(index + 1); }
 
 std::string figure(const char* kind, const std::string& caption, const Picture& picture) {
@@ -92,6 +98,8 @@ std::string testSection(const ReportTest& test, size_t index) {
                     "</p>\n";
         if (!testCase.details.empty()) html += "<pre>" + escapeHtml(testCase.details) + "</pre>\n";
     }
+    if (!test.stale.empty())
+        html += "<p class=\"note\">Not captured by the last run (stale): " + escapeHtml(joined(test.stale)) + "</p>\n";
     std::string attached;
     for (const auto& picture : test.attachments)
         if (picture.pairFile.empty()) attached += figure("attachment", escapeHtml(picture.path), picture.picture);
@@ -111,7 +119,7 @@ std::string testRow(const ReportTest& test, size_t index) {
     return "<tr><td>" + name + "</td><td>" + (result ? resultBadge(*result) : "") + "</td><td class=\"n\">" +
            (test.results.empty() ? "" : duration(seconds)) + "</td><td class=\"n\">" + std::to_string(test.accepted) +
            "</td><td class=\"n\">" + std::to_string(test.pairs.size()) + "</td><td class=\"n\">" +
-           groupedNumber(pixels) + "</td><td class=\"n\">" +
+           groupedNumber(pixels) + "</td><td class=\"n\" title=\"" + escapeHtml(joined(test.stale)) + "\">" +
            (test.hasFolder && !test.recorded ? "not recorded" : std::to_string(test.stale.size())) + "</td></tr>\n";
 }
 
@@ -148,15 +156,18 @@ ReportSummary summarize(const ReportContents& report) {
 std::string renderReport(const ReportContents& report) {
     auto s = summarize(report);
     std::string title = "Screenshots " + report.version + " — " + report.root.filename().string();
-    std::string html = reportHead(title) + "<h1>Screenshot report</h1>\n<p class=\"where\">" +
+    std::string html = reportHead(title) + "<h1>Screenshot report</h1>\n<p class=\"where\">screenshots " +
                        escapeHtml((report.root / report.version).string()) +
                        (report.junitFile ? " · results " + escapeHtml(report.junitFile->string()) : "") + "</p>\n";
+    if (!report.hasVersionFolder)
+        html += "<p class=\"missing\">No screenshots of version " + escapeHtml(report.version) + " in " +
+                escapeHtml(report.root.string()) + ".</p>\n";
     if (report.junit)
         html += "<ul class=\"counts\">" + countItem("tests", "tests run", std::to_string(s.tests)) +
                 countItem("passed", "passed", std::to_string(s.passed), "ok") +
                 countItem("failed", "failed", std::to_string(s.failed), s.failed ? "bad" : "") +
                 countItem("errors", "errors", std::to_string(s.errors), s.errors ? "bad" : "") +
-                countItem("skipped", "not run", std::to_string(s.skipped), s.skipped ? "warn" : "") +
+                countItem("skipped", "skipped", std::to_string(s.skipped), s.skipped ? "warn" : "") +
                 countItem("seconds", "in all", duration(s.seconds)) +
                 countItem("failurePictures", "failure pictures", std::to_string(s.failurePictures)) + "</ul>\n";
     html += "<ul class=\"counts\">" + countItem("screenshotTests", "tests with screenshots", std::to_string(s.screenshotTests)) +

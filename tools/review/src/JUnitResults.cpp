@@ -157,7 +157,7 @@ const char* resultName(Result result) {
         case Result::passed: return "passed";
         case Result::failed: return "failed";
         case Result::error: return "error";
-        case Result::skipped: return "not run";
+        case Result::skipped: return "skipped";
     }
     return "";
 }

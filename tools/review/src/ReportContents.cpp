@@ -112,7 +112,9 @@ void comparePictures(PendingPair& pair) {
 
 ReportContents gatherReport(const fs::path& root, const std::string& version, std::optional<JUnitResults> junit,
                             std::optional<fs::path> junitFile) {
-    ReportContents report{root, version, std::move(junitFile), std::move(junit), {}};
+    ReportContents report{root, version, std::move(junitFile), std::move(junit), false, {}};
+    std::error_code ignored;
+    report.hasVersionFolder = fs::is_directory(root / version, ignored);
     std::vector<ReportTest> folders;
     for (const auto& folder : scanVersionFolder(root / version)) folders.push_back(fromFolder(folder));
     std::map<std::string, size_t> byTag;  // tag to index in report.tests

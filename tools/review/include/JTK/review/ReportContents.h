@@ -54,6 +54,7 @@ struct ReportContents {
     std::string version;
     std::optional<std::filesystem::path> junitFile;
     std::optional<JUnitResults> junit;
+    bool hasVersionFolder = false;  // ROOT/VERSION exists
     // Tests in run order when there are JUnit results (store folders that
     // the file does not name follow, in name order), else in name order.
     std::vector<ReportTest> tests;
