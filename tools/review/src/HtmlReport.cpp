@@ -74,13 +74,14 @@ std::string pixelCount(const PendingPair& pair) {
 }
 
 std::string pairSection(const PendingPair& pair) {
-    std::string html = "<div class=\"pair\" id=\"" + escapeHtml("pair-" + pair.file) + "\"><h3>" +
+    std::string html = "<div class=\"pair\"><h3>" +
                        escapeHtml(pair.file) + " <span class=\"note\" data-pixels=\"" +
                        std::to_string(pair.differingPixels) + "\">" + escapeHtml(pixelCount(pair)) +
                        "</span></h3><div class=\"pictures\">";
     if (pair.accepted) html += figure("accepted", "accepted", *pair.accepted);
     html += figure("pending", "new", pair.pending);
-    if (pair.accepted && !pair.difference.png.empty()) html += figure("difference", "difference (red: differs)", pair.difference);
+    bool difference = !pair.difference.png.empty() || !pair.difference.error.empty();
+    if (pair.accepted && difference) html += figure("difference", "difference (red: differs)", pair.difference);
     if (pair.accepted && !pair.accepted->png.empty() && !pair.pending.png.empty())
         html += "<figure class=\"flip\"><figcaption>click to flip: <span>accepted</span></figcaption>"
                 "<img alt=\"accepted and new, flipped by a click\"></figure>";
@@ -155,7 +156,8 @@ ReportSummary summarize(const ReportContents& report) {
 
 std::string renderReport(const ReportContents& report) {
     auto s = summarize(report);
-    std::string title = "Screenshots " + report.version + " — " + report.root.filename().string();
+    auto folder = report.root.has_filename() ? report.root.filename() : report.root.parent_path().filename();
+    std::string title = "Screenshots " + report.version + " — " + folder.string();
     std::string html = reportHead(title) + "<h1>Screenshot report</h1>\n<p class=\"where\">screenshots " +
                        escapeHtml((report.root / report.version).string()) +
                        (report.junitFile ? " · results " + escapeHtml(report.junitFile->string()) : "") + "</p>\n";

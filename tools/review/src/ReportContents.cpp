@@ -3,6 +3,7 @@
 #include "JTK/review/ReportContents.h"
 
 #include <algorithm>
+#include <exception>
 #include <map>
 #include <span>
 
@@ -61,7 +62,11 @@ PendingPair readPair(const TestFolder& test, const std::string& file) {
     pair.pendingPath = test.pendingFolder() / file;
     pair.pending = readPicture(pair.pendingPath);
     if (test.isAccepted(file)) pair.accepted = readPicture(test.folder / file);
-    comparePictures(pair);
+    try {
+        comparePictures(pair);
+    } catch (const std::exception& failure) {  // out of memory for a huge picture
+        pair.difference = {{}, std::string("the pictures cannot be compared: ") + failure.what()};
+    }
     return pair;
 }
 
@@ -121,7 +126,8 @@ ReportContents gatherReport(const fs::path& root, const std::string& version, st
     auto testFor = [&](const std::string& tag) -> ReportTest& {
         auto [at, added] = byTag.try_emplace(tag, report.tests.size());
         if (added) {
-            auto folder = std::find_if(folders.begin(), folders.end(), [&](const auto& test) { return test.hasFolder && test.tag == tag; });
+            auto folder = std::find_if(folders.begin(), folders.end(),
+                                       [&](const auto& test) { return test.hasFolder && test.tag == tag; });
             if (folder == folders.end()) {
                 ReportTest test;
                 test.tag = tag;
