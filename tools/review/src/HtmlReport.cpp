@@ -117,11 +117,13 @@ std::string testRow(const ReportTest& test, size_t index) {
     for (const auto& pair : test.pairs) pixels += pair.differingPixels;
     std::string name = needsALook(test) ? "<a href=\"#" + anchor(index) + "\">" + escapeHtml(test.tag) + "</a>"
                                         : escapeHtml(test.tag);
-    return "<tr><td>" + name + "</td><td>" + (result ? resultBadge(*result) : "") + "</td><td class=\"n\">" +
-           (test.results.empty() ? "" : duration(seconds)) + "</td><td class=\"n\">" + std::to_string(test.accepted) +
-           "</td><td class=\"n\">" + std::to_string(test.pairs.size()) + "</td><td class=\"n\">" +
-           groupedNumber(pixels) + "</td><td class=\"n\" title=\"" + escapeHtml(joined(test.stale)) + "\">" +
-           (test.hasFolder && !test.recorded ? "not recorded" : std::to_string(test.stale.size())) + "</td></tr>\n";
+    std::string row = "<tr><td>" + name + "</td><td>" + (result ? resultBadge(*result) : "") + "</td><td class=\"n\">" +
+                      (test.results.empty() ? "" : duration(seconds)) + "</td>";
+    if (!test.hasFolder) return row + "<td class=\"n\" colspan=\"4\">no screenshots</td></tr>\n";
+    return row + "<td class=\"n\">" + std::to_string(test.accepted) + "</td><td class=\"n\">" +
+           std::to_string(test.pairs.size()) + "</td><td class=\"n\">" + groupedNumber(pixels) +
+           "</td><td class=\"n\" title=\"" + escapeHtml(joined(test.stale)) + "\">" +
+           (test.recorded ? std::to_string(test.stale.size()) : "not recorded") + "</td></tr>\n";
 }
 
 }  // namespace
