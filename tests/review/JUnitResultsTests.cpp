@@ -31,6 +31,8 @@ struct ReaderCase {
     const char* xml;
     const char* described;
 };
+void PrintTo(const ReaderCase& c, std::ostream* out) { *out << c.name; }
+
 
 class JUnitReader : public testing::TestWithParam<ReaderCase> {};
 

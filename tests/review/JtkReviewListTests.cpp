@@ -23,6 +23,8 @@ struct ReviewCase {
     const char* out;  // exactly, or empty
     const char* err;  // a part of it
 };
+void PrintTo(const ReviewCase& c, std::ostream* out) { *out << c.name; }
+
 
 class JtkReviewList : public testing::TestWithParam<ReviewCase> {
 protected:

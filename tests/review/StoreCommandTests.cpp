@@ -16,6 +16,8 @@ struct StoreCase {
     const char* err;  // a part of it
     const char* files;  // the visible files afterwards, "path=content" joined by spaces
 };
+void PrintTo(const StoreCase& c, std::ostream* out) { *out << c.name; }
+
 
 // Version V: Save has two pending captures and a stale accepted image; Open
 // has a pending new view and no captured list; Quit's captured list (with
