@@ -1,77 +1,41 @@
-// jtk-review: reviews the screenshots of a run made elsewhere.
-//
-//   jtk-review [--version TAG] ROOT          opens the comparison window over
-//                                            ROOT's version folder in the viewer
-//   jtk-review --list [--version TAG] ROOT   prints each pending difference
-//
-// The version folder is ROOT/TAG, by default this machine's version tag. The
-// list prints one line per pair the window would show: test tag, file name
-// and how many pixels differ, separated by tabs; it exits 1 when there is any,
-// 0 when there is none. Bad use or input exits 2 with one line on stderr.
+// jtk-review: reviews the screenshots of a run made elsewhere. The comparison
+// window (in the viewer) for a person at a display; from the command line,
+// without one: list, accept, discard, prune and an HTML report (the usage
+// text in Arguments.cpp lists them). Lines a build script reads go to
+// standard output, tab-separated, one per file; bad use or input exits 2
+// with one line on standard error.
 #include <cstdio>
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <vector>
 
+#include "Arguments.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/desktop/Application.h"
-#include "JTK/services/ProcessInfo.h"
 #include "JTK/desktop/Viewer.h"
 #include "JTK/imaging/FileDifference.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
 #include "JTK/platform/Window.h"
+#include "JTK/review/AtomicFile.h"
+#include "JTK/review/HtmlReport.h"
+#include "JTK/review/StoreChanges.h"
+#include "JTK/services/ProcessInfo.h"
 #include "screenshots/JTKComparisonWindow.h"
 
 namespace fs = std::filesystem;
 using jtk::JTKComparisonWindow;
+using namespace jtk::review;
 
 namespace {
-
-constexpr const char* usage = "usage: jtk-review [--list] [--version TAG] SCREENSHOT_ROOT";
-
-struct Arguments {
-    bool list = false;
-    std::optional<std::string> version;
-    std::optional<fs::path> root;
-};
 
 int fail(const std::string& message) {
     std::fprintf(stderr, "jtk-review: %s\n", message.c_str());
     return 2;
 }
 
-std::optional<Arguments> parse(int argc, char** argv, std::string& error) {
-    Arguments arguments;
-    for (int i = 1; i < argc; ++i) {
-        std::string argument = argv[i];
-        if (argument == "--list") {
-            arguments.list = true;
-        } else if (argument == "--version") {
-            if (i + 1 == argc) return error = "--version needs a tag", std::nullopt;
-            arguments.version = argv[++i];
-        } else if (argument == "--viewer") {
-            // The viewer is always on here; the desktop reads this itself.
-        } else if (argument.starts_with("-") || arguments.root) {
-            return error = usage, std::nullopt;
-        } else {
-            arguments.root = argument;
-        }
-    }
-    if (!arguments.root) return error = usage, std::nullopt;
-    return arguments;
-}
-
-std::string versionsIn(const fs::path& root) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator it(root, error), end; !error && it != end; it.increment(error))
-        if (it->is_directory() && !it->path().filename().string().starts_with(".")) names.push_back(it->path().filename());
-    std::sort(names.begin(), names.end());
-    std::string text;
-    for (const auto& name : names) text += (text.empty() ? "" : ", ") + ("\"" + name + "\"");
-    return text.empty() ? "none" : text;
+void say(const std::string& line) {
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
 }
 
 int list(const fs::path& versionFolder) {
@@ -82,11 +46,10 @@ int list(const fs::path& versionFolder) {
             std::string count = result.outcome == jtk::imaging::FileDifference::Outcome::badInput
                                     ? "unreadable"
                                     : std::to_string(result.differingPixels);
-            std::printf("%s\t%s\t%s\n", test.testTag.c_str(), accepted.filename().c_str(), count.c_str());
+            say(test.testTag + "\t" + accepted.filename().string() + "\t" + count);
             ++pending;
         }
     }
-    std::fflush(stdout);
     return pending ? 1 : 0;
 }
 
@@ -112,25 +75,73 @@ int review(const fs::path& versionFolder, int argc, char** argv) {
     return application->run();
 }
 
+int window(const fs::path& versionFolder, int argc, char** argv) {
+    bool pending = false;
+    for (const auto& test : JTKComparisonWindow::scanComparisons(versionFolder)) pending |= !test.pairs.empty();
+    if (!pending) {
+        say("jtk-review: no differences to review in " + versionFolder.string());
+        return 0;
+    }
+    return review(versionFolder, argc, argv);
+}
+
+// accept, discard, prune: one line per file; 2 when a file could not be changed.
+int change(const Arguments& arguments, const fs::path& versionFolder) {
+    std::string error;
+    auto tests = selectTests(versionFolder, arguments.selection, &error);
+    if (!tests) return fail(error);
+    ChangeCounts counts;
+    const char* nothing = "nothing pending";
+    if (arguments.command == Command::accept) {
+        counts = acceptPending(*tests, say);
+    } else if (arguments.command == Command::discard) {
+        counts = discardPending(*tests, say);
+    } else {
+        counts = prune(*tests, arguments.listOnly ? PruneMode::list : PruneMode::remove, say);
+        nothing = "no stale images";
+    }
+    for (const auto& line : counts.errors) std::fprintf(stderr, "jtk-review: %s\n", line.c_str());
+    if (!counts.errors.empty()) return 2;
+    if (counts.done == 0) say(std::string("jtk-review: ") + nothing + " in " + versionFolder.string());
+    return arguments.command == Command::prune && arguments.listOnly && counts.done ? 1 : 0;
+}
+
+int report(const Arguments& arguments, const std::string& version) {
+    std::optional<JUnitResults> junit;
+    std::string error;
+    if (arguments.junit && !(junit = readJUnitFile(*arguments.junit, &error))) return fail(error);
+    std::optional<fs::path> junitFile;
+    if (arguments.junit) junitFile = fs::absolute(*arguments.junit);
+    auto contents = gatherReport(fs::absolute(arguments.root), version, std::move(junit), junitFile);
+    if (!writeFileAtomically(arguments.output, renderReport(contents), &error)) return fail(error);
+    auto summary = summarize(contents);
+    say("jtk-review: wrote " + arguments.output.string() + " (" + std::to_string(contents.tests.size()) + " tests, " +
+        std::to_string(summary.pending) + " pending captures, " + std::to_string(summary.failed + summary.errors) +
+        " failed tests)");
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     std::string error;
-    auto arguments = parse(argc, argv, error);
+    auto arguments = parseArguments(argc, argv, error);
     if (!arguments) return fail(error);
+    if (arguments->command == Command::help) return std::fputs(usageText, stdout), 0;
     std::error_code ignored;
-    if (!fs::is_directory(*arguments->root, ignored)) return fail(arguments->root->string() + ": no such folder");
+    if (!fs::is_directory(arguments->root, ignored)) return fail(arguments->root.string() + ": no such folder");
     std::string version = arguments->version.value_or(jtk::JTKTestSuite::jtkTestVersion());
-    fs::path versionFolder = *arguments->root / version;
-    if (!fs::is_directory(versionFolder, ignored))
-        return fail("no screenshots of version \"" + version + "\" in " + arguments->root->string() +
-                    " (versions there: " + versionsIn(*arguments->root) + ")");
-    if (arguments->list) return list(versionFolder);
-    bool pending = false;
-    for (const auto& test : JTKComparisonWindow::scanComparisons(versionFolder)) pending |= !test.pairs.empty();
-    if (!pending) {
-        std::printf("jtk-review: no differences to review in %s\n", versionFolder.c_str());
-        return 0;
+    fs::path versionFolder = arguments->root / version;
+    bool needsVersion = arguments->command != Command::report || !arguments->junit;
+    if (needsVersion && !fs::is_directory(versionFolder, ignored))
+        return fail("no screenshots of version \"" + version + "\" in " + arguments->root.string() +
+                    " (versions there: " + versionsIn(arguments->root) + ")");
+    switch (arguments->command) {
+        case Command::list: return list(versionFolder);
+        case Command::accept:
+        case Command::discard:
+        case Command::prune: return change(*arguments, versionFolder);
+        case Command::report: return report(*arguments, version);
+        default: return window(versionFolder, argc, argv);
     }
-    return review(versionFolder, argc, argv);
 }

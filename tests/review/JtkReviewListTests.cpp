@@ -1,10 +1,9 @@
 // jtk-review --list as a build script runs it: a child process without a
 // display, one line per pending difference, and its exit status.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "JTK/imaging/PNG.h"
-#include "tests/support/TestFiles.h"
+#include "tests/review/ReviewTool.h"
 
 using namespace testsupport;
 
@@ -24,6 +23,8 @@ struct ReviewCase {
     const char* out;  // exactly, or empty
     const char* err;  // a part of it
 };
+void PrintTo(const ReviewCase& c, std::ostream* out) { *out << c.name; }
+
 
 class JtkReviewList : public testing::TestWithParam<ReviewCase> {
 protected:
@@ -43,17 +44,10 @@ protected:
 };
 
 TEST_P(JtkReviewList, printsPendingPairsAndExitsOneWhenThereAreAny) {
-    std::string arguments = GetParam().arguments;
-    for (auto at = arguments.find("{root}"); at != std::string::npos; at = arguments.find("{root}"))
-        arguments.replace(at, 6, quoted(scratch.path.string()));
-    auto out = scratch.path / "out", err = scratch.path / "err";
-    std::string command = quoted((binDirectory() / "jtk-review").string()) + " " + arguments + " >" +
-                          quoted(out.string()) + " 2>" + quoted(err.string());
-    int status = std::system(command.c_str());
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), GetParam().status);
-    EXPECT_EQ(readFile(out), GetParam().out);
-    EXPECT_NE(readFile(err).find(GetParam().err), std::string::npos) << readFile(err);
+    auto run = runReview(scratch.path, GetParam().arguments);
+    EXPECT_EQ(run.status, GetParam().status);
+    EXPECT_EQ(run.out, GetParam().out);
+    EXPECT_NE(run.err.find(GetParam().err), std::string::npos) << run.err;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -64,9 +58,9 @@ INSTANTIATE_TEST_SUITE_P(
                                "no screenshots of version \"V3\" in"},
                     ReviewCase{"versionsListed", "--list --version V3 {root}", 2, "", "(versions there: \"V1\", \"V2\")"},
                     ReviewCase{"missingRoot", "--list {root}/nowhere", 2, "", "nowhere: no such folder"},
-                    ReviewCase{"noRoot", "--list", 2, "", "usage: jtk-review"},
+                    ReviewCase{"noRoot", "--list", 2, "", "no screenshot root given to jtk-review (see jtk-review --help)"},
                     ReviewCase{"versionWithoutTag", "--list {root} --version", 2, "", "--version needs a tag"},
-                    ReviewCase{"unknownOption", "--lists {root}", 2, "", "usage: jtk-review"}),
+                    ReviewCase{"unknownOption", "--lists {root}", 2, "", "unknown option \"--lists\" for jtk-review"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
