@@ -39,4 +39,18 @@ stored=$(find "$JTK_LOADED_SCREENSHOTS_DIR" -name '*.png' -not -path '*/temp/*' 
 run
 grep -q '^JTK: Screenshots: 0 stored as new, [1-9][0-9]* matched, 0 differed, [0-9]* under the size threshold; look in ' <<<"$output" ||
   fail "the second run did not match every image"
-echo "$(basename "$program") under the loader: OK ($stored screenshots stored, matched on the second run)"
+
+# The runner's options reach a loaded program too, here through the
+# environment, so that nothing but "uxtest" is added to its arguments.
+listed=$(LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" JTK_OPTIONS=--jtk-list "$program" uxtest 2>&1)
+count=$(grep -c '^test' <<<"$listed" || true)
+[ "$count" -ge "$min_tests" ] || fail "--jtk-list listed $count tests: $listed"
+status=0
+LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" \
+  JTK_OPTIONS="--jtk-ci --jtk-shard-index=0 --jtk-shard-count=2 --jtk-junit=$home/results.xml" \
+  "$program" uxtest fileSizeThresh=1000 >/dev/null 2>&1 || status=$?
+[ "$status" -eq 0 ] || fail "a CI run of the first of two shards ended with status $status"
+grep -q "tests=\"$(( (count + 1) / 2 ))\" failures=\"0\" errors=\"0\" skipped=\"0\"" "$home/results.xml" ||
+  fail "the JUnit file does not hold the first shard's tests, passed: $(cat "$home/results.xml")"
+echo "$(basename "$program") under the loader: OK ($stored screenshots stored, matched on the second run;" \
+  "$count tests listed, the first of two shards passed in CI mode)"

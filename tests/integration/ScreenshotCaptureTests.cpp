@@ -6,6 +6,7 @@
 
 #include <map>
 
+#include "JTK/imaging/PNG.h"
 #include "JTK/services/ProcessInfo.h"
 #include "screenshots/JTKScreenshotCapture.h"
 #include "screenshots/JTKScreenshotNames.h"
@@ -95,6 +96,20 @@ TEST_F(ScreenshotCapture, storesOnceMatchesAfterwardsAndFilesAChangedViewInTemp)
     EXPECT_EQ(treeOf(root), stored) << "the second capture of the same window wrote a file";
     EXPECT_EQ(report.matched, 5);
     EXPECT_FALSE(fs::exists(testFolder / "temp"));
+
+    // An accepted image in other bytes of the same pixels (another encoder,
+    // here 16 bits a channel) still matches, and stays as it is.
+    auto labelFile = testFolder / (screenshotFileName(label) + ".png");
+    const std::string acceptedBytes = readFile(labelFile);
+    auto pixels = imaging::decodePNG16(
+        std::span<const uint8_t>(reinterpret_cast<const uint8_t*>(acceptedBytes.data()), acceptedBytes.size()));
+    ASSERT_TRUE(pixels);
+    auto wide = imaging::encodePNG(*pixels);
+    writeFile(labelFile, std::string(wide.begin(), wide.end()));
+    capture();
+    EXPECT_EQ(report.matched, 5);
+    EXPECT_EQ(readFile(labelFile), std::string(wide.begin(), wide.end()));
+    stored = treeOf(root);
 
     // Same name and value, another look: the label's image and the images of
     // the views that show it (box, content view) land in temp; the accepted
