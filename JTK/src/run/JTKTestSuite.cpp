@@ -117,7 +117,7 @@ void startRun() {
 
 }  // namespace
 
-bool JTKTestSuite::isTesting() { return jtkArgumentsRequestTesting(platform::processArguments()); }
+bool JTKTestSuite::isTesting() { return platform::argumentsRequestTesting(platform::processArguments()); }
 
 void JTKTestSuite::runTests() {
     if (!isTesting()) return;
