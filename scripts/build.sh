@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Configures and builds into build/ (or $1 with extra CMake arguments after it).
+# Configures and builds into build/ (or $1 with extra CMake arguments after it):
+# everything, or only the targets JTK_BUILD_TARGETS names (space-separated).
 # With ccache installed (scripts/setup.sh installs it) compilations are cached:
 # a second build of the same sources in the same place is quick. (No base
 # folder is set: it would make __FILE__ relative, and the recorder and the
@@ -13,4 +14,6 @@ if command -v ccache >/dev/null; then
   launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 fi
 cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${launcher[@]}" "$@" >/dev/null
-cmake --build "$dir" -j "$(nproc)"
+targets=()
+for target in ${JTK_BUILD_TARGETS:-}; do targets+=(--target "$target"); done
+cmake --build "$dir" -j "$(nproc)" "${targets[@]}"

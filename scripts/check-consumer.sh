@@ -103,10 +103,10 @@ probe() {
 }
 
 echo "== JTK installed into a temporary prefix (Qt backend: $hasQt)"
-# The Qt 5 backend is for the loader only and never installed: not built here.
+# The loaders (and the Qt 5 backend) are off by default and never installed.
 quietly cmake -S "$root" -B "$work/jtk" --no-warn-unused-cli -DCMAKE_BUILD_TYPE=$buildType \
-  -DCMAKE_INSTALL_PREFIX="$work/prefix" -DJTK_BUILD_TESTS=OFF -DJTK_BUILD_EXAMPLES=OFF -DJTK_BENCHMARKS=OFF \
-  -DJTK_QT5=OFF -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON
+  -DCMAKE_INSTALL_PREFIX="$work/prefix" -DJTK_BUILD_TESTS=OFF -DJTK_BUILD_EXAMPLES=OFF \
+  -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON
 quietly cmake --build "$work/jtk" -j2
 quietly cmake --install "$work/jtk"
 # Only the public headers are installed; the internals stay in the tree.
@@ -185,8 +185,7 @@ quietly g++ -std=c++20 -Wall -Wextra -DCONSUMER_SOURCE_DIR="\"$consumer\"" \
 checkRun "$work/pkg-config/Consumer" pkg-config
 
 echo "== Consumer through add_subdirectory"
-quietly cmake -S "$consumer" -B "$work/add-subdirectory" -DCMAKE_BUILD_TYPE=$buildType -DJTK_SOURCE_DIR="$root" \
-  -DJTK_QT5=OFF
+quietly cmake -S "$consumer" -B "$work/add-subdirectory" -DCMAKE_BUILD_TYPE=$buildType -DJTK_SOURCE_DIR="$root"
 # The applications only, not JTK's tools and loader.
 targets=(Consumer)
 if $hasQt; then targets+=(QtConsumer); fi

@@ -12,13 +12,13 @@ run() {
   scripts/build.sh "$dir" "$@"
   (cd "$dir" && ctest --output-on-failure -j 2 --timeout 600)
 }
-run build
+run build -DJTK_BENCHMARKS=ON -DJTK_LOADERS=ON
 echo "== package"
 scripts/check-consumer.sh
 if [ "${JTK_QUICK:-0}" != 1 ]; then
   export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
   export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp
   export TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=$PWD/tests/sanitizers/tsan.supp
-  run build-asan -DJTK_SANITIZE=address -DJTK_BENCHMARKS=OFF
-  run build-tsan -DJTK_SANITIZE=thread -DJTK_BENCHMARKS=OFF
+  run build-asan -DJTK_SANITIZE=address
+  run build-tsan -DJTK_SANITIZE=thread
 fi

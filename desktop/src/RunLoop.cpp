@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "JTK/platform/Dispatch.h"
+#include "ServicesStart.h"
 
 namespace jtk::desktop {
 
@@ -25,6 +26,10 @@ struct RunLoop::TimerImpl : platform::Timer {
 
 RunLoop& RunLoop::main() {
     static RunLoop loop;
+    // The desktop starts with its main loop: the shared services get its
+    // main queue then, before anything can be queued on it.
+    static const bool started = (startServices(loop), true);
+    (void)started;
     return loop;
 }
 

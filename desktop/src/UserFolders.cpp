@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "JTK/desktop/RunLoop.h"
 #include "JTK/platform/Process.h"
 #include "JTK/platform/UserDefaults.h"
 #include "JTK/services/UserDefaults.h"
@@ -13,6 +14,8 @@ namespace jtk::platform {
 namespace {
 
 services::UserDefaults& standardDefaults() {
+    // The services learn here (at the latest) how to reset these defaults.
+    desktop::RunLoop::main();
     // Never destroyed: other threads may use the defaults while the process ends.
     static auto* defaults = new services::UserDefaults(services::standardUserDefaultsPath);
     return *defaults;

@@ -4,6 +4,7 @@
 
 #include "JTK/desktop/RunLoop.h"
 #include "JTK/platform/Screen.h"
+#include "JTK/services/HidState.h"
 
 namespace jtk::desktop {
 
@@ -26,18 +27,19 @@ WindowServer& WindowServer::shared() {
 
 void WindowServer::postToHid(const platform::Event& posted) {
     using platform::EventType;
+    auto& hid = services::HidState::shared();
     platform::Event event = posted;
     {
         std::lock_guard lock(mutex_);
-        if (platform::isMouseEvent(event.type)) cursor_ = event.location;
+        if (platform::isMouseEvent(event.type)) hid.setCursor(event.location);
         switch (event.type) {
             case EventType::leftMouseDown: leftDown_ = true; break;
             case EventType::leftMouseUp: leftDown_ = false; break;
             case EventType::rightMouseDown: rightDown_ = true; break;
             case EventType::rightMouseUp: rightDown_ = false; break;
-            case EventType::flagsChanged: modifierFlags_ = event.flags; break;
+            case EventType::flagsChanged: hid.setModifierFlags(event.flags); break;
             // A wheel scrolls wherever the pointer is.
-            case EventType::scrollWheel: event.location = cursor_; break;
+            case EventType::scrollWheel: event.location = hid.cursor(); break;
             default: break;
         }
         record(event, Target::hid, 0);
@@ -63,20 +65,11 @@ void WindowServer::record(const platform::Event& event, Target target, int pid) 
     log_.push_back(PostedEvent{event, target, pid});
 }
 
-platform::Point WindowServer::cursorLocation() const {
-    std::lock_guard lock(mutex_);
-    return cursor_;
-}
+platform::Point WindowServer::cursorLocation() const { return services::HidState::shared().cursor(); }
 
-void WindowServer::moveCursor(platform::Point eventPoint) {
-    std::lock_guard lock(mutex_);
-    cursor_ = eventPoint;
-}
+void WindowServer::moveCursor(platform::Point eventPoint) { services::HidState::shared().setCursor(eventPoint); }
 
-uint64_t WindowServer::modifierFlags() const {
-    std::lock_guard lock(mutex_);
-    return modifierFlags_;
-}
+uint64_t WindowServer::modifierFlags() const { return services::HidState::shared().modifierFlags(); }
 
 bool WindowServer::isButtonDown(platform::MouseButton button) const {
     std::lock_guard lock(mutex_);
@@ -85,8 +78,7 @@ bool WindowServer::isButtonDown(platform::MouseButton button) const {
 
 void WindowServer::resetState() {
     std::lock_guard lock(mutex_);
-    cursor_ = {};
-    modifierFlags_ = 0;
+    services::HidState::shared().reset();
     leftDown_ = rightDown_ = false;
 }
 
@@ -114,58 +106,12 @@ platform::Point WindowServer::eventPointFromScreenPoint(platform::Point screenPo
 
 namespace jtk::platform {
 
-std::shared_ptr<EventSource> createEventSource(EventSourceState state) {
-    auto source = std::make_shared<EventSource>();
-    source->state = state;
-    return source;
-}
-
-namespace {
-
-// A private source starts from no modifiers; the others see the HID state.
-uint64_t initialFlags(const std::shared_ptr<EventSource>& source) {
-    if (source && source->state == EventSourceState::privateState) return 0;
-    return desktop::WindowServer::shared().modifierFlags();
-}
-
-}  // namespace
-
-std::shared_ptr<Event> createMouseEvent(const std::shared_ptr<EventSource>& source, EventType type, Point location,
-                                        MouseButton button) {
-    auto event = std::make_shared<Event>();
-    event->type = type;
-    event->location = location;
-    event->button = button;
-    event->flags = initialFlags(source);
-    bool pressOrRelease = type == EventType::leftMouseDown || type == EventType::leftMouseUp ||
-                          type == EventType::rightMouseDown || type == EventType::rightMouseUp;
-    event->clickState = pressOrRelease ? 1 : 0;
-    return event;
-}
-
-std::shared_ptr<Event> createKeyboardEvent(const std::shared_ptr<EventSource>& source, uint16_t keyCode, bool keyDown) {
-    auto event = std::make_shared<Event>();
-    event->type = keyDown ? EventType::keyDown : EventType::keyUp;
-    event->keyCode = keyCode;
-    event->flags = initialFlags(source);
-    event->location = desktop::WindowServer::shared().cursorLocation();
-    return event;
-}
-
-void keyboardEventSetUnicodeString(Event& event, const std::string& text) { event.unicodeText = text; }
-
 void postEvent(EventTap, const Event& event) { desktop::WindowServer::shared().postToHid(event); }
 
 void postEventToPid(int pid, const Event& event) { desktop::WindowServer::shared().postToPid(pid, event); }
 
-uint32_t mainDisplayID() { return 1; }
-
-void moveCursorToPoint(uint32_t, Point eventPoint) { desktop::WindowServer::shared().moveCursor(eventPoint); }
-
 Point mouseLocation() {
     return desktop::WindowServer::screenPointFromEventPoint(desktop::WindowServer::shared().cursorLocation());
 }
-
-uint64_t currentModifierFlags() { return desktop::WindowServer::shared().modifierFlags(); }
 
 }  // namespace jtk::platform

@@ -80,7 +80,7 @@ JTK_TEST(testFindsViewsEveryWay) {
 
 JTK_TEST(testWaitsForTheDetailsPanel) {
     element("Show Details").click();
-    auto details = waitForExistence("Details ready", std::nullopt, 3.0);
+    auto details = waitForExistence("Details ready", {.timeout = 3});
     JTK_CHECK_EQ(details.name(), "DetailsStatus");
     JTK_CHECK(appWindow("Details").subElement("Details ready") == details);
     appWindow("Qt Sample").click();  // back to the main window

@@ -12,9 +12,11 @@
 #include <vector>
 
 #include "JTK/platform/Process.h"
+#include "JTK/platform/UserDefaults.h"
+#include "JTK/services/BackendHooks.h"
+#include "JTK/services/Resources.h"
 #include "QtApplication.h"
 #include "QtMainQueue.h"
-#include "QtResources.h"
 #include "QtScreens.h"
 #include "QtWindowOrder.h"
 
@@ -22,11 +24,7 @@ namespace jtk::qt {
 
 namespace {
 
-bool runsUnderTest() {
-    auto arguments = platform::processArguments();
-    return std::any_of(arguments.begin(), arguments.end(),
-                       [](const std::string& argument) { return argument.find("uxtest") != std::string::npos; });
-}
+bool runsUnderTest() { return platform::argumentsRequestTesting(platform::processArguments()); }
 
 // The same pixels on every machine: one style, one font, a caret that does
 // not blink. The fonts.conf of the resources pins the font files when
@@ -40,22 +38,12 @@ void makePicturesDeterministic(QApplication& application) {
 }
 
 std::optional<std::filesystem::path> fontConfigurationFile() {
-    for (const auto& folder : resourceFolders()) {
-        std::error_code error;
-        if (auto file = folder / "fonts" / "fonts.conf"; std::filesystem::is_regular_file(file, error)) return file;
-    }
-    return std::nullopt;
+    const std::filesystem::path file = "fonts/fonts.conf";
+    auto folder = services::resourceFolderHolding(file);
+    return folder ? std::optional(*folder / file) : std::nullopt;
 }
 
 }  // namespace
-
-std::vector<std::filesystem::path> resourceFolders() {
-    std::vector<std::filesystem::path> folders;
-    if (const char* override = std::getenv("JTK_RESOURCES_DIR"); override && *override) folders.emplace_back(override);
-    folders.emplace_back(JTK_RESOURCES_SOURCE_DIR);
-    folders.emplace_back(JTK_RESOURCES_INSTALL_DIR);
-    return folders;
-}
 
 const char* prepareFontConfiguration() {
     static std::string chosen;
@@ -75,6 +63,10 @@ void installBackend(QApplication& application) {
     static bool installed = false;
     if (installed) return;
     installed = true;
+    services::installBackendHooks({
+        .dispatchAsyncMain = enqueueOnMain,
+        .resetStandardUserDefaults = platform::resetStandardUserDefaults,
+    });
     refreshScreens();
     installApplicationEventFilter();
     // Windows shown before now are in front of the others, in Qt's order.

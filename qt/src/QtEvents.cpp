@@ -1,11 +1,11 @@
-// The platform's input events over Qt: the HID state (cursor, buttons,
-// modifier flags) under a mutex so that any thread may post, and delivery
-// queued on the GUI thread in arrival order, behind the work queued before.
+// The platform's input events over Qt: posting updates the shared HID state
+// (cursor, modifier flags) so that any thread may post, and queues delivery
+// on the GUI thread in arrival order, behind the work queued before.
 #include <QWidget>
-#include <mutex>
 
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Process.h"
+#include "JTK/services/HidState.h"
 #include "QtInputDelivery.h"
 #include "QtMainQueue.h"
 #include "QtScreens.h"
@@ -15,33 +15,15 @@ namespace jtk::qt {
 
 namespace {
 
-struct HidState {
-    std::mutex mutex;
-    platform::Point cursor;  // Qt's global coordinates (event coordinates)
-    uint64_t modifierFlags = 0;
-};
-
-HidState& hid() {
-    static auto* state = new HidState;  // never destroyed: any thread may post while the process ends
-    return *state;
-}
-
 void updateHidState(const platform::Event& event) {
-    auto& state = hid();
-    std::lock_guard lock(state.mutex);
+    auto& hid = services::HidState::shared();
     if (platform::isMouseEvent(event.type) || event.type == platform::EventType::scrollWheel)
-        state.cursor = event.location;
-    if (event.type == platform::EventType::flagsChanged)
-        state.modifierFlags = event.flags & platform::eventFlags::deviceIndependentMask;
+        hid.setCursor(event.location);
+    if (event.type == platform::EventType::flagsChanged) hid.setModifierFlags(event.flags);
 }
 
 void queueDelivery(const platform::Event& event) {
     enqueueOnMain([event] { deliverEvent(event); });
-}
-
-uint64_t sourceFlags(const std::shared_ptr<platform::EventSource>& source) {
-    if (source && source->state == platform::EventSourceState::privateState) return 0;
-    return platform::currentModifierFlags();
 }
 
 }  // namespace
@@ -49,33 +31,6 @@ uint64_t sourceFlags(const std::shared_ptr<platform::EventSource>& source) {
 }  // namespace jtk::qt
 
 namespace jtk::platform {
-
-std::shared_ptr<EventSource> createEventSource(EventSourceState state) {
-    auto source = std::make_shared<EventSource>();
-    source->state = state;
-    return source;
-}
-
-std::shared_ptr<Event> createMouseEvent(const std::shared_ptr<EventSource>& source, EventType type, Point location,
-                                        MouseButton button) {
-    auto event = std::make_shared<Event>();
-    event->type = type;
-    event->location = location;
-    event->button = button;
-    event->flags = qt::sourceFlags(source);
-    if (type != EventType::mouseMoved) event->clickState = 1;
-    return event;
-}
-
-std::shared_ptr<Event> createKeyboardEvent(const std::shared_ptr<EventSource>& source, uint16_t keyCode, bool keyDown) {
-    auto event = std::make_shared<Event>();
-    event->type = keyDown ? EventType::keyDown : EventType::keyUp;
-    event->keyCode = keyCode;
-    event->flags = qt::sourceFlags(source);
-    return event;
-}
-
-void keyboardEventSetUnicodeString(Event& event, const std::string& text) { event.unicodeText = text; }
 
 void postEvent(EventTap, const Event& event) {
     qt::updateHidState(event);
@@ -90,29 +45,7 @@ void postEventToPid(int pid, const Event& event) {
     qt::queueDelivery(event);
 }
 
-uint32_t mainDisplayID() { return 1; }
-
-void moveCursorToPoint(uint32_t, Point eventPoint) {
-    auto& state = qt::hid();
-    std::lock_guard lock(state.mutex);
-    state.cursor = eventPoint;
-}
-
-Point mouseLocation() {
-    Point cursor;
-    {
-        auto& state = qt::hid();
-        std::lock_guard lock(state.mutex);
-        cursor = state.cursor;
-    }
-    return qt::screenPointFromGlobal(cursor);
-}
-
-uint64_t currentModifierFlags() {
-    auto& state = qt::hid();
-    std::lock_guard lock(state.mutex);
-    return state.modifierFlags;
-}
+Point mouseLocation() { return qt::screenPointFromGlobal(services::HidState::shared().cursor()); }
 
 Point locationInWindow(const Event& event) {
     bool grabbed = event.type == EventType::leftMouseDragged || event.type == EventType::leftMouseUp ||

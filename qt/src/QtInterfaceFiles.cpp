@@ -15,7 +15,7 @@
 
 #include "JTK/platform/Interface.h"
 #include "JTK/services/InterfaceDescription.h"
-#include "QtResources.h"
+#include "JTK/services/Resources.h"
 #include "QtWrappers.h"
 
 namespace jtk::qt {
@@ -90,7 +90,7 @@ namespace jtk::platform {
 
 LoadedInterface loadInterface(const std::string& name, const std::shared_ptr<InterfaceOwner>& owner) {
     if (!owner) return {nullptr, "interface file " + name + ": no owner to connect it to"};
-    auto read = services::readInterfaceFile(name, qt::resourceFolders());
+    auto read = services::readInterfaceFile(name, services::resourceFolders());
     if (!read.window) return {nullptr, read.error};
     const auto& description = *read.window;
     // A faulty file was refused above, before any widget was made.

@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QLabel>
@@ -134,6 +135,7 @@ platform::Value QtView::accessibilityValue() const {
     if (auto* spin = qobject_cast<QSpinBox*>(w)) return int64_t{spin->value()};
     if (auto* spin = qobject_cast<QDoubleSpinBox*>(w)) return spin->value();
     if (auto* combo = qobject_cast<QComboBox*>(w)) return toStdString(combo->currentText());
+    if (auto* checkbox = qobject_cast<QCheckBox*>(w)) return checkbox->isChecked() ? "1" : "0";
     return {};
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "JTK/platform/Dispatch.h"
+#include "JTK/services/BackendHooks.h"
 #include "JTK/platform/Object.h"
 
 namespace jtk::services {
@@ -66,7 +66,7 @@ void NotificationCenter::deliver(const std::shared_ptr<Observer>& observer, cons
         observer->callIfActive(notification);
         break;
     case Observer::Target::mainQueue:
-        platform::dispatchAsyncMain([observer, notification] { observer->callIfActive(notification); });
+        dispatchAsyncMain([observer, notification] { observer->callIfActive(notification); });
         break;
     case Observer::Target::serialQueue:
         // The queued work holds the observer, never the queue, so that the

@@ -3,7 +3,6 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -26,9 +25,6 @@ ArgumentStore& argumentStore() {
     static auto* store = new ArgumentStore;  // never destroyed: read until the process ends
     return *store;
 }
-
-std::atomic<bool> trusted{true};
-std::atomic<int> promptCount{0};
 
 std::string readFile(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
@@ -120,10 +116,6 @@ std::string formatOperatingSystemVersion(const std::string& osRelease, const std
     return text;
 }
 
-void setAccessibilityTrusted(bool isTrusted) { trusted = isTrusted; }
-
-int accessibilityPromptCount() { return promptCount.load(); }
-
 }  // namespace jtk::services
 
 namespace jtk::platform {
@@ -145,15 +137,6 @@ std::string operatingSystemVersionString() {
     struct utsname system {};
     std::string kernel = ::uname(&system) == 0 ? system.release : "";
     return services::formatOperatingSystemVersion(osRelease, services::readFile("/etc/debian_version"), kernel);
-}
-
-bool isProcessTrusted() { return services::trusted.load(); }
-
-bool isProcessTrustedWithOptions(bool prompt) {
-    bool isTrusted = services::trusted.load();
-    // The desktop has no permission dialog: a prompt is only counted, silently.
-    if (prompt && !isTrusted) ++services::promptCount;
-    return isTrusted;
 }
 
 void systemLog(const std::string& message) {

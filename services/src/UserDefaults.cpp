@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "JTK/services/BackendHooks.h"
 #include "JTK/services/PropertyList.h"
 #include "JTK/platform/Process.h"
 
@@ -43,7 +44,7 @@ void setUserDefaultsApplicationName(const std::string& name) {
         if (current.name == name) return;
         current.name = name;
     }
-    platform::resetStandardUserDefaults();
+    resetStandardUserDefaults();
 }
 
 std::string userDefaultsApplicationName() {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "JTK/JTKRegistry.h"
+#include "JTK/platform/Process.h"
 #include "run/JTKRunConfiguration.h"
 #include "tests/support/TestFiles.h"
 
@@ -106,9 +107,9 @@ TEST(DriverRegistry, ordersByFileThenLineAndRemovesByFile) {
 
 TEST(DriverLaunch, uxtestAnywhereInAnArgumentMakesATestLaunch) {
     for (const char* argument : {"-uxtest", "uxtests", "--run-uxtest=1"})
-        EXPECT_TRUE(jtkArgumentsRequestTesting({"/bin/app", argument})) << argument;
-    EXPECT_FALSE(jtkArgumentsRequestTesting({"/bin/app", "UXTEST", "ux test", "-ux"}));
-    EXPECT_FALSE(jtkArgumentsRequestTesting({}));
+        EXPECT_TRUE(platform::argumentsRequestTesting({"/bin/app", argument})) << argument;
+    EXPECT_FALSE(platform::argumentsRequestTesting({"/bin/app", "UXTEST", "ux test", "-ux"}));
+    EXPECT_FALSE(platform::argumentsRequestTesting({}));
 }
 
 // The system's version text has two components, so point releases of one

@@ -3,7 +3,7 @@
 
 #include <deque>
 
-#include "input/JTKIdleWait.h"
+#include "input/JTKIdle.h"
 
 using namespace jtk;
 

@@ -8,7 +8,7 @@
 #include "JTK/desktop/Screens.h"
 #include "JTK/platform/Events.h"
 #include "input/JTKEventPosting.h"
-#include "input/JTKKeyStrokes.h"
+#include "input/JTKKeyboard.h"
 
 using namespace jtk;
 

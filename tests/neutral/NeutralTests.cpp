@@ -126,6 +126,16 @@ TEST_F(Neutral, clicksRunAButtonsActionOncePerClickAndTwoClicksAreNoDoubleClick)
     EXPECT_EQ(jtkOnMainThread([&] { return presses(pad); }), (std::vector<Press>{{1, 0}, {1, 0}}));
 }
 
+TEST_F(Neutral, aCheckboxsValueIsItsStateAndAClickTogglesIt) {
+    auto remember = add(Kind::checkbox, window->contentView(), {20, 100, 150, 24}, "Remember me");
+    std::vector<std::string> values;
+    onQueue([&] {
+        for (int click = 0; click < 2; ++click)
+            values.push_back(JTKTestSuite::element("Remember me").click().value());
+    });
+    EXPECT_EQ(values, (std::vector<std::string>{"1", "0"}));
+}
+
 TEST_F(Neutral, typedTextGoesToTheClickedFieldAndTabMovesOn) {
     onQueue([&] {
         JTKTestSuite::element(className(Kind::textField)).click();

@@ -20,7 +20,7 @@ namespace neutral {
 using jtk::platform::Rect;
 using ViewPtr = std::shared_ptr<jtk::platform::View>;
 
-enum class Kind { button, label, textField, slider, pressRecorder };
+enum class Kind { button, checkbox, label, textField, slider, pressRecorder };
 
 // One click as the toolkit delivered it to a press recorder, recorded at its
 // release: 1 for a single click, 2 for the second click of a double click,
@@ -36,7 +36,7 @@ void closeAllWindows();
 // A shown, key window whose content area is the rectangle on screen.
 std::shared_ptr<jtk::platform::Window> makeWindow(const Rect& content, const std::string& title);
 // A control in the parent (a content view or a view made here) with its text:
-// a button's title, a label's or text field's text; a slider from 0 to 100 at 0.
+// a button's or checkbox's title (a checkbox starts off), a label's or text field's text; a slider from 0 to 100 at 0.
 // Tab moves from a text field to the next one made in the same window.
 ViewPtr add(Kind kind, const ViewPtr& parent, const Rect& frame, const std::string& text = {});
 // The toolkit's class name of each kind, as the framework's type searches see it.

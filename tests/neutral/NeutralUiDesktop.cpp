@@ -51,6 +51,7 @@ ViewPtr add(Kind kind, const ViewPtr& parent, const Rect& frame, const std::stri
             view = button;
             break;
         }
+        case Kind::checkbox: view = std::make_shared<desktop::Button>(frame, text, desktop::Button::Type::checkbox); break;
         case Kind::label: view = std::make_shared<desktop::Label>(frame, text); break;
         case Kind::textField: {
             // Tab moves on to the next field made in the same window, as a
@@ -71,7 +72,8 @@ ViewPtr add(Kind kind, const ViewPtr& parent, const Rect& frame, const std::stri
 
 std::string className(Kind kind) {
     switch (kind) {
-        case Kind::button: return "Button";
+        case Kind::button:
+        case Kind::checkbox: return "Button";
         case Kind::label: return "Label";
         case Kind::textField: return "TextField";
         case Kind::slider: return "Slider";

@@ -1,6 +1,7 @@
 // The neutral tests' toolkit on the Qt backend: Qt's own widgets, placed in
 // platform coordinates (y up) by flipping against the parent's height.
 #include <QApplication>
+#include <QCheckBox>
 #include <QEventLoop>
 #include <QFrame>
 #include <QLabel>
@@ -101,6 +102,7 @@ ViewPtr add(Kind kind, const ViewPtr& parent, const Rect& frame, const std::stri
             made = button;
             break;
         }
+        case Kind::checkbox: made = new QCheckBox(qtext, parentWidget); break;
         case Kind::label: made = new QLabel(qtext, parentWidget); break;
         case Kind::textField: made = new QLineEdit(qtext, parentWidget); break;
         case Kind::slider: {
@@ -120,6 +122,7 @@ ViewPtr add(Kind kind, const ViewPtr& parent, const Rect& frame, const std::stri
 std::string className(Kind kind) {
     switch (kind) {
         case Kind::button: return "QPushButton";
+        case Kind::checkbox: return "QCheckBox";
         case Kind::label: return "QLabel";
         case Kind::textField: return "QLineEdit";
         case Kind::slider: return "QSlider";

@@ -32,7 +32,7 @@ using Clock = std::chrono::steady_clock;
 namespace {
 
 const std::map<std::string, std::function<void()>> scenarios = {
-    {"waitTimeout", [] { JTKTestSuite::waitForExistence("Nothing", std::nullopt, 0.05); }},
+    {"waitTimeout", [] { JTKTestSuite::waitForExistence("Nothing", {.timeout = 0.05}); }},
     {"elementTimeout", [] { JTKTestSuite::element("Nothing"); }},
     {"subElement", [] { JTKTestSuite::keyWindow().subElement("Missing"); }},
     {"subElementType", [] { JTKTestSuite::keyWindow().subElementWithType(jtkClass<desktop::ImageView>()); }},

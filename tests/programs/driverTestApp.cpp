@@ -30,6 +30,7 @@
 #include "JTK/JTKRegistry.h"
 #include "JTK/JTKTestSuite.h"
 #include "elements/JTKViewTexts.h"
+#include "JTK/desktop/Accessibility.h"
 #include "JTK/desktop/Application.h"
 #include "JTK/desktop/Window.h"
 #include "JTK/desktop/controls/Button.h"
@@ -105,7 +106,7 @@ JTK_PROVIDER(jtkTestOptionsMore) {
 JTK_METHOD(jtkSetup) {
     setupRan = true;
     auto file = JTKRecorderController::shared().recordingFile();
-    jtkPrintLine("setup prompts=" + std::to_string(services::accessibilityPromptCount()) +
+    jtkPrintLine("setup prompts=" + std::to_string(desktop::accessibilityPromptCount()) +
                  " recorder=" + (file ? file->filename().string() : "none"));
 }
 
@@ -182,10 +183,10 @@ int main(int argc, char** argv) {
         window->desktopContentView()->addSubview(std::make_shared<desktop::Button>(platform::Rect{10, 10, 80, 20}, "Save"));
         window->makeKeyAndOrderFront();
     }
-    if (hasFlag("untrusted")) services::setAccessibilityTrusted(false);
+    if (hasFlag("untrusted")) desktop::setAccessibilityTrusted(false);
     if (hasFlag("untrusted")) platform::dispatchAfterMain(1.25, [] {
         jtkPrintLine("trust granted");
-        services::setAccessibilityTrusted(true);
+        desktop::setAccessibilityTrusted(true);
     });
 
     JTKTestSuite::runTests();

@@ -16,7 +16,7 @@
 #include "JTK/desktop/WindowServer.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Events.h"
-#include "input/JTKKeyStrokes.h"
+#include "input/JTKKeyboard.h"
 
 namespace testsupport {
 

@@ -20,6 +20,15 @@
 
 namespace jtk {
 
+// The options of a wait, as named fields, so that a call says what it waits
+// for: waitForExistence("Details ready", {.timeout = 3}).
+struct JTKWaitOptions {
+    // Only views of this class; none: any class.
+    std::optional<JTKClass> type = std::nullopt;
+    // Seconds before the run gives up (as a single-result search does by itself).
+    double timeout = 1;
+};
+
 class JTKTestSuite {
 public:
     JTKTestSuite() = delete;
@@ -71,6 +80,9 @@ public:
     static std::vector<JTKElement> elementsWhere(const JTKClass& type, const std::string& contains);
 
     // Waiting.
+    // Polls every 0.1 seconds until an element matches; when the timeout runs
+    // out the run ends (the user's data goes back first).
+    static JTKElement waitForExistence(const std::string& lookup, const JTKWaitOptions& options = {});
     static JTKElement waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout);
     static bool elementExists(const std::string& lookup, std::optional<JTKClass> type = std::nullopt);
 

@@ -107,6 +107,10 @@ std::vector<JTKElement> JTKTestSuite::elementsWhere(const JTKClass& type, const 
 
 // Waiting for an element to appear, and asking once whether one exists.
 
+JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, const JTKWaitOptions& options) {
+    return waitForExistence(lookup, options.type, options.timeout);
+}
+
 JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout) {
     using Clock = std::chrono::steady_clock;
     constexpr auto pollInterval = std::chrono::microseconds(100000);

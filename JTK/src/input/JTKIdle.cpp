@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "run/JTKConsole.h"
-#include "input/JTKIdleWait.h"
+#include "input/JTKIdle.h"
 #include "run/JTKShell.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Process.h"

@@ -9,7 +9,7 @@
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Process.h"
 #include "input/JTKEventPosting.h"
-#include "input/JTKKeyStrokes.h"
+#include "input/JTKKeyboard.h"
 #include "run/JTKMainThread.h"
 #include "run/JTKProcessEnd.h"
 

@@ -8,7 +8,7 @@
 #include "JTK/platform/Screen.h"
 #include "JTK/platform/Text.h"
 #include "JTK/platform/Window.h"
-#include "input/JTKKeyStrokes.h"
+#include "input/JTKKeyboard.h"
 #include "recorder/JTKElementReference.h"
 #include "recorder/JTKRecorderController.h"
 #include "run/JTKConsole.h"

@@ -182,9 +182,4 @@ std::string jtkVersionTag(const std::string& versionText) {
     return tag;
 }
 
-bool jtkArgumentsRequestTesting(const std::vector<std::string>& arguments) {
-    return std::any_of(arguments.begin(), arguments.end(),
-                       [](const std::string& argument) { return argument.find("uxtest") != std::string::npos; });
-}
-
 }  // namespace jtk

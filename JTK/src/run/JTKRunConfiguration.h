@@ -52,8 +52,6 @@ std::string jtkTestTag(const std::string& testName);
 // The folder tag of an operating-system version text: "Version 14.2.1
 // (Build 23C71)" gives "142"; "unknown" for a text without any version piece.
 std::string jtkVersionTag(const std::string& versionText);
-// True when any argument contains "uxtest" (case-sensitive).
-bool jtkArgumentsRequestTesting(const std::vector<std::string>& arguments);
 
 // Every occurrence of what in text replaced by with.
 std::string jtkReplaceAll(std::string text, std::string_view what, std::string_view with);

@@ -153,7 +153,7 @@ JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions&
 
 }  // namespace
 
-bool JTKTestSuite::isTesting() { return jtkArgumentsRequestTesting(platform::processArguments()); }
+bool JTKTestSuite::isTesting() { return platform::argumentsRequestTesting(platform::processArguments()); }
 
 void JTKTestSuite::runTests() {
     if (!isTesting()) return;

@@ -49,7 +49,8 @@ void Button::mouseUp(const platform::Event& event, platform::Point pointInWindow
 }
 
 platform::Value Button::accessibilityValue() const {
-    if (type_ == Type::checkbox) return state_;
+    // Text, so that an element's value shows it (numbers read as no text there).
+    if (type_ == Type::checkbox) return state_ == onState ? "1" : "0";
     return {};
 }
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "JTK/desktop/render/Font.h"
+#include "JTK/services/Resources.h"
 
 namespace jtk::desktop {
 
@@ -17,11 +18,6 @@ namespace {
 
 constexpr const char* configFileName = "fonts/fonts.conf";
 constexpr const char* fontFolder = "/usr/share/fonts/truetype/dejavu";
-
-bool holdsConfig(const fs::path& folder) {
-    std::error_code error;
-    return fs::is_regular_file(folder / configFileName, error);
-}
 
 // A configuration that knows only the DejaVu folder: used when the project's
 // file is missing or broken, so drawing still works (with a message).
@@ -76,16 +72,7 @@ PangoContext* makeContext() {
 
 }  // namespace
 
-std::optional<fs::path> resourcesFolder() {
-    if (const char* override = std::getenv("JTK_RESOURCES_DIR"); override && *override) {
-        if (holdsConfig(override)) return fs::path(override);
-        std::fprintf(stderr, "JTK desktop: JTK_RESOURCES_DIR=%s holds no %s; looking elsewhere\n", override,
-                     configFileName);
-    }
-    for (const char* candidate : {JTK_RESOURCES_SOURCE_DIR, JTK_RESOURCES_INSTALL_DIR})
-        if (holdsConfig(candidate)) return fs::path(candidate);
-    return std::nullopt;
-}
+std::optional<fs::path> resourcesFolder() { return services::resourceFolderHolding(configFileName); }
 
 PangoContext* fontContext() {
     static PangoContext* context = makeContext();  // kept until the process ends

@@ -15,9 +15,8 @@ namespace jtk::desktop {
 
 struct Font;
 
-// The folder of the desktop's resources: $JTK_RESOURCES_DIR when set, else the
-// source tree's resources/ when it exists, else the installed copy; none when
-// no candidate holds fonts/fonts.conf.
+// The folder of the desktop's resources: the first of the resource folders
+// (JTK/services/Resources.h) that holds fonts/fonts.conf; none when none does.
 std::optional<std::filesystem::path> resourcesFolder();
 
 // The shared text context: grey antialiasing, no hinting, no subpixel order,

@@ -1,6 +1,7 @@
-// The embedded window server: it holds the HID system state (cursor, mouse
-// buttons, modifier flags), takes posted events, updates that state and hands
-// a copy of each event to the application's event queue on the main run loop.
+// The embedded window server: it takes posted events, updates the HID system
+// state (the shared cursor and modifier flags, its own mouse buttons) and
+// hands a copy of each event to the application's event queue on the main
+// run loop.
 // Safe to use from any thread. Keeps a log of posted events for tests.
 #pragma once
 
@@ -56,8 +57,6 @@ private:
     static void deliver(const platform::Event& event);
 
     mutable std::mutex mutex_;
-    platform::Point cursor_;
-    uint64_t modifierFlags_ = 0;
     bool leftDown_ = false;
     bool rightDown_ = false;
     std::vector<PostedEvent> log_;

@@ -9,6 +9,9 @@
 namespace jtk::platform {
 
 std::vector<std::string> processArguments();
+// The launch test: true when any argument contains "uxtest" (case-sensitive).
+// Shared by every backend (defined by the platform library).
+bool argumentsRequestTesting(const std::vector<std::string>& arguments);
 int processIdentifier();
 // Shaped like "Version 12.8 (Build 6.1.0)".
 std::string operatingSystemVersionString();

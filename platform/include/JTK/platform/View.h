@@ -25,7 +25,8 @@ public:
     virtual Rect visibleRect() const = 0;
     // A rectangle in the view's coordinates converted to its window's coordinates.
     virtual Rect convertRectToWindow(const Rect& rect) const = 0;
-    // Text for text fields and labels, a number for sliders, none otherwise.
+    // Text for text fields and labels, a checkbox's state as "0" or "1", a
+    // number for sliders, none otherwise.
     virtual Value accessibilityValue() const = 0;
     virtual bool isScrollView() const { return false; }
 };

@@ -1,6 +1,5 @@
-// The desktop's process information: the launch arguments, the operating
-// system's version text, and the accessibility trust that a test can take
-// away and grant again.
+// Process information every backend shares: the launch arguments and the
+// operating system's version text.
 #pragma once
 
 #include <filesystem>
@@ -22,11 +21,5 @@ std::vector<std::string> readCommandLine(const std::filesystem::path& file);
 // and the kernel release (see the rule in ProcessInfo.cpp).
 std::string formatOperatingSystemVersion(const std::string& osRelease, const std::string& debianVersion,
                                          const std::string& kernelRelease);
-
-// The process is trusted until a test says otherwise.
-void setAccessibilityTrusted(bool trusted);
-// How often a trust check with prompt found the process untrusted and would
-// have shown the permission prompt.
-int accessibilityPromptCount();
 
 }  // namespace jtk::services

@@ -1,6 +1,7 @@
 // A button: a push button that performs its action when clicked, or a
 // checkbox whose click toggles its state first. It answers the runtime
-// method "title"; a checkbox's accessibility value is its state (0 or 1).
+// method "title"; a checkbox's accessibility value, and so its element's
+// value, is its state as text ("0" or "1").
 // A click is a press and a release inside the button; the action can read
 // the release's click count and modifier flags, and a double click also
 // sends the double action, once.

@@ -22,7 +22,7 @@ namespace {
 const platform::Date secondDayOf2001{std::chrono::system_clock::time_point(std::chrono::seconds(978307200 + 86400))};
 
 // Every test gets its own configuration folder and application name; the real home is never touched.
-class ServicesUserDefaults : public testing::Test {
+class StandardUserDefaults : public testing::Test {
 protected:
     void SetUp() override {
         services::setUserDefaultsApplicationName("ServicesTestApp");
@@ -41,7 +41,7 @@ protected:
     platform::UserDefaults& defaults = platform::standardUserDefaults();
 };
 
-TEST_F(ServicesUserDefaults, onlySynchronizeWritesTheFileWhichTheNextUseReadsBack) {
+TEST_F(StandardUserDefaults, onlySynchronizeWritesTheFileWhichTheNextUseReadsBack) {
     const ValueDictionary values{{"flag", true}, {"big", int64_t{1} << 40}, {"ratio", 0.1}, {"name", "Grüße <&> \"q\""},
                                  {"nested", ValueDictionary{{"list", ValueList{1, "two"}}, {"empty", ValueList{}}}},
                                  // Dates and data keep their kinds through the file.
@@ -61,7 +61,7 @@ TEST_F(ServicesUserDefaults, onlySynchronizeWritesTheFileWhichTheNextUseReadsBac
     EXPECT_TRUE(defaults.objectForKey("name").isNone());
 }
 
-TEST_F(ServicesUserDefaults, anUnreadableFileIsKeptAsideAndAFailedWriteKeepsTheValues) {
+TEST_F(StandardUserDefaults, anUnreadableFileIsKeptAsideAndAFailedWriteKeepsTheValues) {
     writeFile(file, "this is not a property list");
     auto messages = stderrOf([&] {
         EXPECT_TRUE(defaults.objectForKey("anything").isNone());
@@ -88,7 +88,7 @@ std::string plistBytes(plist_t root, bool binary) {
     return result;
 }
 
-TEST_F(ServicesUserDefaults, xmlAndBinaryPropertyListsOfLibplistReadIntoValuesAndOtherFilesIntoNone) {
+TEST_F(StandardUserDefaults, xmlAndBinaryPropertyListsOfLibplistReadIntoValuesAndOtherFilesIntoNone) {
     plist_t root = plist_new_dict(), array = plist_new_array();
     plist_dict_set_item(root, "negative", plist_new_uint(static_cast<uint64_t>(int64_t{-3})));
     plist_array_append_item(array, plist_new_real(2.5));

@@ -10,9 +10,9 @@ using namespace testsupport;
 namespace {
 
 using desktop::View;
-using ViewKitGeometry = DesktopTest;
+using DesktopGeometry = DesktopTest;
 
-TEST_F(ViewKitGeometry, aScrolledDocumentShiftsInTheWindowIsClippedAndHitThereOnly) {
+TEST_F(DesktopGeometry, aScrolledDocumentShiftsInTheWindowIsClippedAndHitThereOnly) {
     auto window = makeWindow({100, 100, 300, 200});
     auto scrollView = add<desktop::ScrollView>(window->desktopContentView(), Rect{10, 10, 100, 100});
     auto document = std::make_shared<View>(Rect{0, 0, 100, 400});
@@ -39,7 +39,7 @@ TEST_F(ViewKitGeometry, aScrolledDocumentShiftsInTheWindowIsClippedAndHitThereOn
     EXPECT_EQ(scrollView->contentView()->bounds().origin, (Point{0, 220}));
 }
 
-TEST_F(ViewKitGeometry, hitTestTakesTheLastVisibleSubviewAndTheDeepestViewWithMaximumEdgesOutside) {
+TEST_F(DesktopGeometry, hitTestTakesTheLastVisibleSubviewAndTheDeepestViewWithMaximumEdgesOutside) {
     auto root = std::make_shared<View>(Rect{0, 0, 200, 200});
     auto below = add<View>(root, Rect{10, 10, 100, 100});
     auto above = add<View>(root, Rect{50, 50, 100, 100});
@@ -54,7 +54,7 @@ TEST_F(ViewKitGeometry, hitTestTakesTheLastVisibleSubviewAndTheDeepestViewWithMa
     EXPECT_TRUE(inner->isHiddenOrHasHiddenAncestor());
 }
 
-TEST_F(ViewKitGeometry, aCheckboxTogglesBeforeItsActionAndAnActionMayRemoveItsButton) {
+TEST_F(DesktopGeometry, aCheckboxTogglesBeforeItsActionAndAnActionMayRemoveItsButton) {
     auto check = std::make_shared<desktop::Button>(Rect{}, "Bold", desktop::Button::Type::checkbox);
     std::vector<int> states;
     check->setAction([&](desktop::Button& b) { states.push_back(b.state()); });

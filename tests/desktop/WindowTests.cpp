@@ -8,10 +8,10 @@ namespace {
 
 using desktop::Application;
 using desktop::Window;
-using ViewKitWindows = DesktopTest;
+using DesktopWindows = DesktopTest;
 using Windows = std::vector<std::shared_ptr<desktop::Window>>;
 
-TEST_F(ViewKitWindows, windowsAreListedFromCreationToCloseAndTheKeyWindowLeadsTheOrder) {
+TEST_F(DesktopWindows, windowsAreListedFromCreationToCloseAndTheKeyWindowLeadsTheOrder) {
     auto app = Application::shared();
     auto a = makeWindow({0, 0, 100, 100}, "A");
     auto hidden = makeWindow({0, 0, 100, 100}, "Hidden", false);
@@ -35,7 +35,7 @@ TEST_F(ViewKitWindows, windowsAreListedFromCreationToCloseAndTheKeyWindowLeadsTh
     EXPECT_EQ(app->windowWithNumber(panel->windowNumber()), nullptr);
 }
 
-TEST_F(ViewKitWindows, activationMakesTheFrontmostWindowThatCanBeKeyTheKeyWindow) {
+TEST_F(DesktopWindows, activationMakesTheFrontmostWindowThatCanBeKeyTheKeyWindow) {
     auto app = Application::shared();
     auto back = makeWindow({0, 0, 100, 100}, "Back");
     back->orderOut();

@@ -9,9 +9,9 @@ using platform::Notification;
 
 namespace {
 
-using ServicesNotifications = DesktopTest;
+using NotificationCenterTest = DesktopTest;
 
-TEST_F(ServicesNotifications, eachObserverRunsOnItsQueueThePostingThreadInsidePostInOrder) {
+TEST_F(NotificationCenterTest, eachObserverRunsOnItsQueueThePostingThreadInsidePostInOrder) {
     services::NotificationCenter center;
     std::vector<std::string> inside;
     std::atomic<int> onMainCalls{0}, onQueueCalls{0};
@@ -40,7 +40,7 @@ TEST_F(ServicesNotifications, eachObserverRunsOnItsQueueThePostingThreadInsidePo
     EXPECT_EQ(onQueueCalls.load(), 2);
 }
 
-TEST_F(ServicesNotifications, handlersMayRemoveObserversAndPostAgainDuringDelivery) {
+TEST_F(NotificationCenterTest, handlersMayRemoveObserversAndPostAgainDuringDelivery) {
     services::NotificationCenter center;
     std::vector<std::string> seen;
     uint64_t self = 0, later = 0;

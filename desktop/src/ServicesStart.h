@@ -1,0 +1,12 @@
+// The desktop's start, as the shared services see it: they get the main
+// queue and the reset of the standard defaults from here.
+#pragma once
+
+namespace jtk::desktop {
+
+class RunLoop;
+
+// Called once, by RunLoop::main(), as the main loop is made.
+void startServices(RunLoop& mainLoop);
+
+}  // namespace jtk::desktop
