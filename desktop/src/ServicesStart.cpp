@@ -1,17 +1,14 @@
 #include "ServicesStart.h"
 
 #include "JTK/desktop/RunLoop.h"
-#include "JTK/platform/UserDefaults.h"
 #include "JTK/services/BackendHooks.h"
 
 namespace jtk::desktop {
 
 void startServices(RunLoop& mainLoop) {
     // The loop is passed in, not asked for: RunLoop::main() is still making it.
-    services::installBackendHooks({
-        .dispatchAsyncMain = [&mainLoop](std::function<void()> work) { mainLoop.perform(std::move(work)); },
-        .resetStandardUserDefaults = [] { platform::resetStandardUserDefaults(); },
-    });
+    services::installBackendHooks(
+        {.dispatchAsyncMain = [&mainLoop](std::function<void()> work) { mainLoop.perform(std::move(work)); }});
 }
 
 }  // namespace jtk::desktop

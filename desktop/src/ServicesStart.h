@@ -1,5 +1,6 @@
 // The desktop's start, as the shared services see it: they get the main
-// queue and the reset of the standard defaults from here.
+// queue from here (the reset of the standard defaults comes with the
+// defaults, UserFolders.cpp).
 #pragma once
 
 namespace jtk::desktop {

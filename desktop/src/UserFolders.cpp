@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <optional>
 
-#include "JTK/desktop/RunLoop.h"
 #include "JTK/platform/Process.h"
 #include "JTK/platform/UserDefaults.h"
+#include "JTK/services/BackendHooks.h"
 #include "JTK/services/UserDefaults.h"
 
 namespace jtk::platform {
@@ -14,10 +14,13 @@ namespace jtk::platform {
 namespace {
 
 services::UserDefaults& standardDefaults() {
-    // The services learn here (at the latest) how to reset these defaults.
-    desktop::RunLoop::main();
     // Never destroyed: other threads may use the defaults while the process ends.
-    static auto* defaults = new services::UserDefaults(services::standardUserDefaultsPath);
+    static auto* defaults = [] {
+        auto* made = new services::UserDefaults(services::standardUserDefaultsPath);
+        // The services reset them when the application's name changes.
+        services::installBackendHooks({.resetStandardUserDefaults = [made] { made->reset(); }});
+        return made;
+    }();
     return *defaults;
 }
 

@@ -24,8 +24,9 @@ InstalledHooks& installed() {
 void installBackendHooks(BackendHooks hooks) {
     auto& state = installed();
     std::lock_guard lock(state.mutex);
-    state.hooks = std::move(hooks);
-    if (!state.hooks.dispatchAsyncMain) return;
+    if (hooks.resetStandardUserDefaults) state.hooks.resetStandardUserDefaults = std::move(hooks.resetStandardUserDefaults);
+    if (!hooks.dispatchAsyncMain) return;
+    state.hooks.dispatchAsyncMain = std::move(hooks.dispatchAsyncMain);
     // Under the lock, so that work queued meanwhile cannot overtake it; the
     // hook only queues, it runs nothing.
     for (auto& work : state.waitingForMain) state.hooks.dispatchAsyncMain(std::move(work));

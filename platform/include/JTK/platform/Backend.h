@@ -21,7 +21,8 @@
 //    backend installs its hooks for the services (JTK/services/BackendHooks.h):
 //      services::installBackendHooks({.dispatchAsyncMain = <main queue>,
 //                                     .resetStandardUserDefaults = <reset>});
-//    The desktop does it as its main run loop is made, Qt in installBackend.
+//    Qt does it in installBackend; the desktop hands in its main queue as its
+//    main run loop is made and the reset as its defaults are made.
 //
 // 1. Main queue and timers (required).                  Dispatch.h, RunLoop.h
 //    isMainThread()                   (any)  true on the main thread.
