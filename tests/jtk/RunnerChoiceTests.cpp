@@ -141,12 +141,17 @@ TEST(RunnerOptionsValues, argumentsWinOverTheEnvironment) {
 
 TEST(RunnerJUnit, statesAndTextsThatXmlCannotHoldAsTheyAre) {
     std::vector<JTKTestResult> tests(4);
-    tests[0] = {.name = "testPassed", .file = "a.cpp", .line = 3, .status = JTKTestStatus::passed, .seconds = 1.25};
-    tests[1] = {.name = "testFailed", .file = "a.cpp", .line = 9, .status = JTKTestStatus::failed,
-                .failure = "check failed: JTK_CHECK_EQ(a, \"<b>\")", .failureDetail = "left:  \"x&y\"\nright: \"\x01\"",
-                .attachments = {"/r/testFailed/window-1.png"}};
-    tests[2] = {.name = "testRunning", .status = JTKTestStatus::running};
-    tests[3] = {.name = "testLater"};
+    for (auto [test, name] : {std::pair{0, "testPassed"}, {1, "testFailed"}, {2, "testRunning"}, {3, "testLater"}})
+        tests[test].name = name;
+    tests[0].file = "a.cpp";
+    tests[0].line = 3;
+    tests[0].status = JTKTestStatus::passed;
+    tests[0].seconds = 1.25;
+    tests[1].status = JTKTestStatus::failed;
+    tests[1].failure = "check failed: JTK_CHECK_EQ(a, \"<b>\")";
+    tests[1].failureDetail = "left:  \"x&y\"\nright: \"\x01\"";
+    tests[1].attachments = {"/r/testFailed/window-1.png"};
+    tests[2].status = JTKTestStatus::running;
     auto xml = jtkJUnitXml("App \"1\"", tests, 3.5, "2026-01-02T03:04:05");
     for (const char* piece :
          {"<testsuite name=\"App &quot;1&quot;\" tests=\"4\" failures=\"1\" errors=\"1\" skipped=\"1\" time=\"3.500\"",

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <source_location>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,16 +75,20 @@ public:
     static std::vector<JTKElement> appElements();
     static std::vector<JTKElement> elements(const std::string& lookup);
     static std::vector<JTKElement> elements(const std::string& lookup, std::optional<JTKClass> where);
-    static JTKElement element(const std::string& lookup);
-    static JTKElement element(const std::string& lookup, std::optional<JTKClass> where);
+    // call: where the test calls it, named when the search fails (given by the compiler).
+    static JTKElement element(const std::string& lookup, std::source_location call = std::source_location::current());
+    static JTKElement element(const std::string& lookup, std::optional<JTKClass> where,
+                              std::source_location call = std::source_location::current());
     // Elements of the views of class type that hold a match for lookup in their own subtree.
     static std::vector<JTKElement> elementsWhere(const JTKClass& type, const std::string& contains);
 
     // Waiting.
     // Polls every 0.1 seconds until an element matches; when the timeout runs
     // out the run ends (the user's data goes back first).
-    static JTKElement waitForExistence(const std::string& lookup, const JTKWaitOptions& options = {});
-    static JTKElement waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout);
+    static JTKElement waitForExistence(const std::string& lookup, const JTKWaitOptions& options = {},
+                                       std::source_location call = std::source_location::current());
+    static JTKElement waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout,
+                                       std::source_location call = std::source_location::current());
     static bool elementExists(const std::string& lookup, std::optional<JTKClass> type = std::nullopt);
 
     // Diagnostics.

@@ -83,12 +83,15 @@ std::vector<JTKElement> JTKTestSuite::elements(const std::string& lookup, std::o
     return jtkOnMainThread([&] { return JTKSearchPass::applicationElements().matches(lookup, where); });
 }
 
-JTKElement JTKTestSuite::element(const std::string& lookup) { return element(lookup, std::nullopt); }
+JTKElement JTKTestSuite::element(const std::string& lookup, std::source_location call) {
+    return element(lookup, std::nullopt, call);
+}
 
-JTKElement JTKTestSuite::element(const std::string& lookup, std::optional<JTKClass> where) {
+JTKElement JTKTestSuite::element(const std::string& lookup, std::optional<JTKClass> where, std::source_location call) {
+    JTKCallSite site(call);
     auto first = jtkOnMainThread([&] { return JTKSearchPass::applicationElements().matches(lookup, where, 1); });
     if (!first.empty()) return first.front();
-    return waitForExistence(lookup, where, 1.0);
+    return waitForExistence(lookup, where, 1.0, call);
 }
 
 std::vector<JTKElement> JTKTestSuite::elementsWhere(const JTKClass& type, const std::string& contains) {
@@ -107,11 +110,14 @@ std::vector<JTKElement> JTKTestSuite::elementsWhere(const JTKClass& type, const 
 
 // Waiting for an element to appear, and asking once whether one exists.
 
-JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, const JTKWaitOptions& options) {
-    return waitForExistence(lookup, options.type, options.timeout);
+JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, const JTKWaitOptions& options,
+                                          std::source_location call) {
+    return waitForExistence(lookup, options.type, options.timeout, call);
 }
 
-JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout) {
+JTKElement JTKTestSuite::waitForExistence(const std::string& lookup, std::optional<JTKClass> type, double timeout,
+                                          std::source_location call) {
+    JTKCallSite site(call);
     using Clock = std::chrono::steady_clock;
     constexpr auto pollInterval = std::chrono::microseconds(100000);
     const auto start = Clock::now();

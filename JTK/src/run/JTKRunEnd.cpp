@@ -112,7 +112,11 @@ void jtkRestoreAndExit(int status) { jtkEndRun(status, "the run ended while this
 
 void jtkFatalStop(const std::string& message, const char* location) {
     // Inside a test, a stop fails that test (and, in a strict run, only that test).
-    if (JTKTestResults::shared().runningTest()) jtkFailTest(message, {}, location ? location : "", 1);
+    // The test's own call, where known, says more than the framework's label.
+    if (JTKTestResults::shared().runningTest()) {
+        auto call = JTKCallSite::current();
+        jtkFailTest(message, {}, !call.empty() ? call : location ? location : "", 1);
+    }
     endLock().lock();
     jtkPrintLine(message);
     std::cout.flush();

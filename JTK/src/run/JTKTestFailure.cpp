@@ -9,6 +9,8 @@ namespace jtk {
 namespace {
 
 thread_local bool failuresThrow = false;
+thread_local const std::source_location* callSite = nullptr;
+thread_local std::source_location callSiteStorage;
 
 // One line for the failure and its detail lines indented below it, for a
 // failure outside any test.
@@ -30,7 +32,24 @@ JTKFailuresThrowScope::JTKFailuresThrowScope(bool enabled) : previous_(failuresT
 
 JTKFailuresThrowScope::~JTKFailuresThrowScope() { failuresThrow = previous_; }
 
-void jtkFailTest(const std::string& message, const std::string& detail, const std::string& location, int exitStatus) {
+JTKCallSite::JTKCallSite(std::source_location call) : outermost_(callSite == nullptr) {
+    if (!outermost_) return;
+    callSiteStorage = call;
+    callSite = &callSiteStorage;
+}
+
+JTKCallSite::~JTKCallSite() {
+    if (outermost_) callSite = nullptr;
+}
+
+std::string JTKCallSite::current() {
+    if (!callSite) return {};
+    return std::string(callSite->file_name()) + ":" + std::to_string(callSite->line());
+}
+
+void jtkFailTest(const std::string& message, const std::string& detail, const std::string& givenLocation,
+                 int exitStatus) {
+    std::string location = givenLocation.empty() ? JTKCallSite::current() : givenLocation;
     bool recorded = JTKTestResults::shared().failRunningTest(message, detail, location);
     if (recorded && failuresThrow) throw JTKTestFailure{message};
     if (!recorded) printOutsideTest(message, detail, location);

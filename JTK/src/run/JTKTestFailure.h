@@ -8,6 +8,7 @@
 // process ended.
 #pragma once
 
+#include <source_location>
 #include <string>
 
 namespace jtk {
@@ -40,6 +41,23 @@ public:
 
 private:
     bool previous_;
+};
+
+// Where the test called the framework, for failures that have no location
+// of their own (a search that finds nothing names the test's line). The
+// outermost call on a thread wins: a search inside a search does not move it.
+class JTKCallSite {
+public:
+    explicit JTKCallSite(std::source_location call);
+    ~JTKCallSite();
+    JTKCallSite(const JTKCallSite&) = delete;
+    JTKCallSite& operator=(const JTKCallSite&) = delete;
+
+    // "file:line" of the outermost call on this thread; empty outside any.
+    static std::string current();
+
+private:
+    bool outermost_;
 };
 
 }  // namespace jtk
