@@ -165,6 +165,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "Run ended by an uncaught exception: thrown on purpose"},
                    "an uncaught exception: thrown on purpose"},
         ProcessEnd{"abort", 134, {"Run interrupted by signal 6"}, "the run was interrupted by signal 6"},
+        ProcessEnd{"crash", 139, {"Run ended by a crash: signal 11"},
+                   "the process crashed (signal 11, Segmentation fault)"},
         stoppedBy(SIGINT), stoppedBy(SIGTERM),
         stoppedBy(SIGHUP), stoppedBy(SIGQUIT)),
     [](const testing::TestParamInfo<ProcessEnd>& info) {

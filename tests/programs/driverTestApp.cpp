@@ -5,7 +5,7 @@
 // path; "showalert" prints the final alert's texts once it is up. In testEnd:
 // "end" calls endTests, "fatal" makes a fatal stop, "check" fails a check,
 // "exit" calls exit(3), "quit" quits with status 4,
-// "throw" throws past everyone, "abort" aborts, "rebuilt" replaces the
+// "throw" throws past everyone, "abort" aborts, "crash" takes SIGSEGV, "rebuilt" replaces the
 // executable as a rebuild does, and "wait" writes the process id to the file
 // "ready" and waits for a file "go". DRIVER_TEST_DATA and DRIVER_SCREENSHOTS
 // name the folders. Every line the parent checks goes to standard output.
@@ -147,6 +147,7 @@ JTK_TEST(testEnd) {
     }
     if (hasFlag("throw")) throw std::runtime_error("thrown on purpose");
     if (hasFlag("abort")) std::abort();
+    if (hasFlag("crash")) raise(SIGSEGV);
 }
 
 JTK_TEST(testB) { jtkPrintLine("testB"); }
