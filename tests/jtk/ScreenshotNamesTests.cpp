@@ -32,6 +32,24 @@ TEST(ScreenshotFileName, joinsTheViewTextsAndGeometryWithoutSlashes) {
     EXPECT_EQ(jtkScreenshotFileName("", "Notes are kept in Documents/", 3, {-0.5, 1e6}, {0.25, 24}),
               "_Notes are kept in Documents_3_(-0.5, 1000000.0)(0.25, 24.0)");
     EXPECT_EQ(jtkScreenshotFileName("a/b", "/usr/share/x", 0, {0, 0}, {1, 1}), "ab_usrsharex_0_(0.0, 0.0)(1.0, 1.0)");
+    EXPECT_EQ(jtkScreenshotFileName("Notes", "line one\nline\ttwo", 0, {0, 0}, {1, 1}),
+              "Notes_line one line two_0_(0.0, 0.0)(1.0, 1.0)");
+}
+
+TEST(ScreenshotFileName, aLongValueKeepsItsStartAndAHashOfTheWhole) {
+    std::string document(5000, 'x');
+    auto first = jtkScreenshotFileName("Editor", document + "é" + "end one", 0, {0, 0}, {400, 300});
+    auto second = jtkScreenshotFileName("Editor", document + "é" + "end two", 0, {0, 0}, {400, 300});
+    EXPECT_LE(first.size(), jtkScreenshotTextLimit + 40);
+    EXPECT_TRUE(first.starts_with("Editor_xxxx"));
+    EXPECT_NE(first, second) << "texts that differ only at their end get names of their own";
+    EXPECT_EQ(first, jtkScreenshotFileName("Editor", document + "é" + "end one", 0, {0, 0}, {400, 300}));
+    // Cut on a whole character: "_" then two-byte "é"s, where the limit
+    // (less the hash's room) falls inside an "é".
+    std::string accents;
+    for (int i = 0; i < 100; ++i) accents += "é";
+    auto cut = jtkScreenshotFileName("", accents, 0, {0, 0}, {1, 1});
+    EXPECT_EQ(cut.find('~'), jtkScreenshotTextLimit - 11) << cut;
 }
 
 struct ThresholdCase {

@@ -1,6 +1,7 @@
 #include "screenshots/JTKScreenshotNames.h"
 
 #include <charconv>
+#include <cstdio>
 #include <cmath>
 #include <limits>
 
@@ -23,12 +24,49 @@ std::string jtkScreenshotNumber(double value) {
     return text;
 }
 
+namespace {
+
+// A text as a file name may hold it: "/" removed, control characters (line
+// feeds, tabs) as spaces.
+std::string fileNameSafe(std::string text) {
+    text = jtkReplaceAll(std::move(text), "/", "");
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = ' ';
+    return text;
+}
+
+// The longest start of text of at most limit bytes that ends on a whole
+// UTF-8 character.
+std::string utf8Prefix(const std::string& text, size_t limit) {
+    if (text.size() <= limit) return text;
+    size_t end = limit;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return text.substr(0, end);
+}
+
+// FNV-1a, 32 bits, as 8 hexadecimal digits: the same text gives the same
+// digits on every machine and in every run.
+std::string shortHash(const std::string& text) {
+    uint32_t hash = 2166136261u;
+    for (unsigned char c : text) hash = (hash ^ c) * 16777619u;
+    char digits[9];
+    std::snprintf(digits, sizeof digits, "%08x", hash);
+    return digits;
+}
+
+}  // namespace
+
 std::string jtkScreenshotFileName(const std::string& name, const std::string& value, size_t subviewCount,
                                   platform::Point origin, platform::Size size) {
-    std::string text = name + "_" + value + "_" + std::to_string(subviewCount) + "_(" + jtkScreenshotNumber(origin.x) +
-                       ", " + jtkScreenshotNumber(origin.y) + ")(" + jtkScreenshotNumber(size.width) + ", " +
-                       jtkScreenshotNumber(size.height) + ")";
-    return jtkReplaceAll(std::move(text), "/", "");
+    std::string geometry = "_" + std::to_string(subviewCount) + "_(" + jtkScreenshotNumber(origin.x) + ", " +
+                           jtkScreenshotNumber(origin.y) + ")(" + jtkScreenshotNumber(size.width) + ", " +
+                           jtkScreenshotNumber(size.height) + ")";
+    std::string texts = fileNameSafe(name + "_" + value);
+    // A long text (a document's whole value) keeps its start and gets the
+    // hash of all of it, so that the name stays short, stable and its own.
+    if (texts.size() > jtkScreenshotTextLimit)
+        texts = utf8Prefix(texts, jtkScreenshotTextLimit - 10) + "~" + shortHash(name + "_" + value);
+    return texts + geometry;
 }
 
 std::string screenshotFileName(const std::shared_ptr<platform::View>& view) {

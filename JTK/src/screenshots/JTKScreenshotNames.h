@@ -16,7 +16,15 @@ namespace jtk {
 // fractional part: 20 gives "20.0", 12.5 gives "12.5", 0.1 gives "0.1".
 std::string jtkScreenshotNumber(double value);
 
-// name_value_subviewCount_(x, y)(width, height) with every "/" removed.
+// The name and value part of a file name is at most this many bytes: with
+// the geometry, ".png" and a temporary file's suffix it stays well within a
+// file name's 255 bytes.
+inline constexpr size_t jtkScreenshotTextLimit = 120;
+
+// name_value_subviewCount_(x, y)(width, height) with every "/" removed and
+// control characters (line feeds) as spaces. A name and value longer than
+// jtkScreenshotTextLimit keep their start and end in "~" and 8 hexadecimal
+// digits of a hash of the whole text.
 std::string jtkScreenshotFileName(const std::string& name, const std::string& value, size_t subviewCount,
                                   platform::Point origin, platform::Size size);
 // The file name of a view (without extension): its name and value texts, its
