@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QWindow>
 
 #include "QtInputDelivery.h"
@@ -67,6 +68,18 @@ std::optional<platform::Event> platformEventOf(QWindow* window, QEvent* event) {
     return converted;
 }
 
+// When the active window hides (a dialog answered), the front visible window
+// becomes active, as a window manager makes it; a headless screen leaves no
+// window active, and keys would have nowhere to go. Once Qt has finished
+// hiding: it may still change the active window on the way.
+void activateFrontWindowLater() {
+    QTimer::singleShot(0, qApp, [] {
+        QWidget* active = QApplication::activeWindow();
+        if (active && active->isVisible()) return;
+        if (QWidget* front = frontVisibleWindow()) activateTopLevel(front);
+    });
+}
+
 bool isTopLevel(QObject* object, QWidget*& widget) {
     widget = qobject_cast<QWidget*>(object);
     return widget && widget->isWindow();
@@ -88,6 +101,11 @@ public:
                 break;
             case QEvent::Close:
                 if (isTopLevel(receiver, widget)) setClosed(widget, true);
+                break;
+            case QEvent::Hide:
+                if (isTopLevel(receiver, widget) && isListedWindow(widget) &&
+                    (QApplication::activeWindow() == widget || !QApplication::activeWindow()))
+                    activateFrontWindowLater();
                 break;
             case QEvent::FocusIn:
                 watchTextEditing(qobject_cast<QWidget*>(receiver));

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "JTK/platform/Images.h"
+#include "QtParts.h"
 #include "QtWrappers.h"
 
 namespace jtk::qt {
@@ -17,6 +18,7 @@ constexpr double largestSide = 16384;
 
 QWidget* drawnWidget(const platform::View& view) {
     if (QWidget* widget = widgetOf(view)) return widget;
+    if (QWidget* owner = ownerOfPart(view)) return owner;
     auto window = view.window();
     auto content = window ? window->contentView() : nullptr;
     return content ? widgetOf(*content) : nullptr;
@@ -67,7 +69,15 @@ std::optional<imaging::Image> bitmapForCachingDisplay(const View& view) {
 bool cacheDisplayInBitmap(const View& view, imaging::Image& bitmap) {
     QWidget* widget = qt::drawnWidget(view);
     if (!widget || bitmap.width == 0 || bitmap.height == 0) return false;
-    QImage picture = widget->grab().toImage();
+    // A part (a tab, an item) is the piece of its widget it covers; one
+    // scrolled out of its widget has no picture.
+    QRect region(QPoint(0, 0), QSize(-1, -1));  // the whole widget
+    if (!qt::widgetOf(view) && qt::ownerOfPart(view)) {
+        platform::Rect frame = view.frame();
+        region = QRect(int(frame.minX()), int(widget->height() - frame.maxY()), int(frame.width()), int(frame.height()));
+        if (!widget->rect().contains(region)) return false;
+    }
+    QImage picture = widget->grab(region).toImage();
     if (picture.isNull()) return false;
     // One pixel a point: a picture drawn at another device pixel ratio is scaled back.
     if (picture.width() != int(bitmap.width) || picture.height() != int(bitmap.height))

@@ -93,11 +93,10 @@ void deliverScroll(const platform::Event& event) {
 }
 
 void deliverKey(const platform::Event& event) {
+    // No active window (a dialog has just hidden): the front visible window,
+    // which a window manager would have made active.
     QWidget* target = QApplication::activeWindow();
-    if (!target) {
-        auto windows = orderedWindows();
-        if (!windows.empty() && windows.front()->isVisible()) target = windows.front();
-    }
+    if (!target) target = frontVisibleWindow();
     QWindow* window = target ? target->windowHandle() : nullptr;
     if (!window) return;
     QtKeyStroke stroke = qtKeyStroke(event.keyCode, event.flags, event.unicodeText);

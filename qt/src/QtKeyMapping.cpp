@@ -37,6 +37,9 @@ constexpr KeyEntry keyTable[] = {
     {119, Qt::Key_End, 0, 0},   {116, Qt::Key_PageUp, 0, 0}, {121, Qt::Key_PageDown, 0, 0},
     {123, Qt::Key_Left, 0, 0},  {124, Qt::Key_Right, 0, 0}, {125, Qt::Key_Down, 0, 0},  {126, Qt::Key_Up, 0, 0},
     {76, Qt::Key_Enter, '\r', '\r'}, {56, Qt::Key_Shift, 0, 0}, {59, Qt::Key_Meta, 0, 0},
+    {122, Qt::Key_F1, 0, 0},    {120, Qt::Key_F2, 0, 0},    {99, Qt::Key_F3, 0, 0},    {118, Qt::Key_F4, 0, 0},
+    {96, Qt::Key_F5, 0, 0},     {97, Qt::Key_F6, 0, 0},     {98, Qt::Key_F7, 0, 0},    {100, Qt::Key_F8, 0, 0},
+    {101, Qt::Key_F9, 0, 0},    {109, Qt::Key_F10, 0, 0},   {103, Qt::Key_F11, 0, 0},  {111, Qt::Key_F12, 0, 0},
 };
 
 const KeyEntry* entryForKeyCode(uint16_t keyCode) {

@@ -3,11 +3,16 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QDateTime>
+#include <QDockWidget>
 #include <QGroupBox>
 #include <QMenu>
 #include <QMetaMethod>
 #include <QWidget>
 #include <chrono>
+#include <cstring>
+#include <dlfcn.h>
+#include <map>
+#include <mutex>
 
 namespace jtk::qt {
 
@@ -38,6 +43,26 @@ QVariant invoke(QObject* object, int index) {
     return result;
 }
 
+// A class Qt keeps to itself (declared in one of its source files, such as
+// the spin box of an input dialog) answers as its nearest public Qt class: a
+// test can name only what Qt documents. Qt exports the meta-object of each
+// public class from its libraries and not those of its own private classes.
+bool isPrivateQtClass(const QMetaObject* meta) {
+    Dl_info info{};
+    if (!dladdr(meta, &info) || !info.dli_fname || !std::strstr(info.dli_fname, "/libQt")) return false;
+    return info.dli_saddr != meta;
+}
+
+const QMetaObject* publicMetaObject(const QMetaObject* meta) {
+    static std::mutex mutex;
+    static auto* known = new std::map<const QMetaObject*, const QMetaObject*>;  // never destroyed
+    std::lock_guard lock(mutex);
+    auto [found, added] = known->emplace(meta, meta);
+    if (added)
+        while (found->second->superClass() && isPrivateQtClass(found->second)) found->second = found->second->superClass();
+    return found->second;
+}
+
 }  // namespace
 
 std::string toStdString(const QString& text) { return text.toStdString(); }
@@ -57,7 +82,7 @@ QString withoutMnemonics(const QString& text) {
 
 std::string qtClassName(const QObject* object) {
     if (!object) return {};
-    std::string name = object->metaObject()->className();
+    std::string name = publicMetaObject(object->metaObject())->className();
     if (auto colon = name.rfind("::"); colon != std::string::npos) name.erase(0, colon + 2);
     return name;
 }
@@ -88,6 +113,7 @@ std::optional<std::string> qtTitle(const QObject* object) {
     if (auto* group = qobject_cast<const QGroupBox*>(object)) return toStdString(withoutMnemonics(group->title()));
     if (auto* menu = qobject_cast<const QMenu*>(object)) return toStdString(withoutMnemonics(menu->title()));
     if (auto* action = qobject_cast<const QAction*>(object)) return toStdString(withoutMnemonics(action->text()));
+    if (auto* dock = qobject_cast<const QDockWidget*>(object)) return toStdString(withoutMnemonics(dock->windowTitle()));
     if (auto* widget = qobject_cast<const QWidget*>(object); widget && widget->isWindow()) {
         QString title = widget->windowTitle();
         title.remove(QStringLiteral("[*]"));  // the modified-document placeholder

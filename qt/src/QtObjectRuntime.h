@@ -16,7 +16,9 @@ class QObject;
 
 namespace jtk::qt {
 
-// The Qt class name without namespace ("SaveButton", "QPushButton").
+// The Qt class name without namespace ("SaveButton", "QPushButton"); a
+// class private to Qt's libraries gives its nearest public Qt base class
+// (an input dialog's QInputDialogSpinBox is a "QSpinBox").
 std::string qtClassName(const QObject* object);
 bool qtRespondsToSelector(const QObject* object, const std::string& selector);
 // None when the object does not respond.

@@ -1,5 +1,7 @@
 #include "QtViews.h"
 
+#include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
@@ -11,9 +13,11 @@
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTextEdit>
 
 #include "QtObjectRuntime.h"
+#include "QtParts.h"
 #include "QtWrappers.h"
 
 namespace jtk::qt {
@@ -41,19 +45,52 @@ std::string QtView::className() const { return widget_ ? qtClassName(widget_) : 
 // A scroll area scrolls a view inside it into sight when the framework asks.
 constexpr const char* scrollToViewSelector = "hbScrollToViewAnimated:";
 
+namespace {
+
+// State a test reads by name: isEnabled of every widget, isChecked of a
+// checkable button.
+bool isStateSelector(const QWidget* widget, const std::string& selector) {
+    if (!widget) return false;
+    if (selector == "isEnabled") return true;
+    auto* button = qobject_cast<const QAbstractButton*>(widget);
+    return selector == "isChecked" && button && button->isCheckable();
+}
+
+platform::Value stateOf(const QWidget* widget, const std::string& selector) {
+    if (selector == "isEnabled") return widget->isEnabled();
+    return static_cast<const QAbstractButton*>(widget)->isChecked();
+}
+
+// Scrolls a view inside the scroll area into sight: a widget, or a part (an
+// item scrolls within its item view, which then comes into sight).
+void scrollIntoSight(QAbstractScrollArea* scrollArea, const platform::View& view) {
+    QWidget* inside = widgetOf(view);
+    if (!inside) {
+        scrollPartIntoView(view);
+        inside = ownerOfPart(view);
+    }
+    auto* area = qobject_cast<QScrollArea*>(scrollArea);
+    if (inside && area && area->widget() && area->widget()->isAncestorOf(inside)) area->ensureWidgetVisible(inside);
+}
+
+}  // namespace
+
 bool QtView::respondsToSelector(const std::string& selector) const {
-    if (selector == scrollToViewSelector && qobject_cast<QScrollArea*>(widget_.data())) return true;
-    return View::respondsToSelector(selector) || qtRespondsToSelector(widget_, selector);
+    if (selector == scrollToViewSelector && (qobject_cast<QScrollArea*>(widget_.data()) ||
+                                             qobject_cast<QAbstractItemView*>(widget_.data())))
+        return true;
+    return View::respondsToSelector(selector) || isStateSelector(widget_, selector) ||
+           qtRespondsToSelector(widget_, selector);
 }
 
 platform::Value QtView::performSelector(const std::string& selector, const platform::Value& argument) {
     if (View::respondsToSelector(selector)) return View::performSelector(selector, argument);
-    if (auto* area = qobject_cast<QScrollArea*>(widget_.data()); area && selector == scrollToViewSelector) {
-        auto view = std::dynamic_pointer_cast<platform::View>(argument.object());
-        QWidget* inside = view ? widgetOf(*view) : nullptr;
-        if (inside && area->widget() && area->widget()->isAncestorOf(inside)) area->ensureWidgetVisible(inside);
+    if (selector == scrollToViewSelector && respondsToSelector(selector)) {
+        if (auto view = std::dynamic_pointer_cast<platform::View>(argument.object()))
+            scrollIntoSight(static_cast<QAbstractScrollArea*>(widget_.data()), *view);
         return {};
     }
+    if (isStateSelector(widget_, selector)) return stateOf(widget_, selector);
     return qtPerformSelector(widget_, selector);
 }
 
@@ -71,6 +108,7 @@ std::vector<std::shared_ptr<platform::View>> QtView::subviews() const {
     if (!widget_) return views;
     for (QObject* child : widget_->children())
         if (isSubviewWidget(child)) views.push_back(viewFor(static_cast<QWidget*>(child)));
+    for (auto& part : partsOf(widget_)) views.push_back(std::move(part));
     return views;
 }
 
@@ -136,6 +174,7 @@ platform::Value QtView::accessibilityValue() const {
     if (auto* spin = qobject_cast<QDoubleSpinBox*>(w)) return spin->value();
     if (auto* combo = qobject_cast<QComboBox*>(w)) return toStdString(combo->currentText());
     if (auto* checkbox = qobject_cast<QCheckBox*>(w)) return checkbox->isChecked() ? "1" : "0";
+    if (auto* status = qobject_cast<QStatusBar*>(w)) return toStdString(status->currentMessage());
     return {};
 }
 

@@ -53,6 +53,13 @@ std::vector<QWidget*> orderedWindows() {
     return listed;
 }
 
+QWidget* frontVisibleWindow(const QWidget* except) {
+    for (QWidget* widget : orderedWindows())
+        if (widget != except && widget->isVisible() && !widget->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus))
+            return widget;
+    return nullptr;
+}
+
 void bringToFront(QWidget* topLevel) {
     if (!topLevel || !topLevel->isWindow()) return;
     auto& windows = order();

@@ -19,6 +19,8 @@ namespace jtk::qt {
 bool isListedWindow(const QWidget* widget);
 // The listed windows, front first (visible or not).
 std::vector<QWidget*> orderedWindows();
+// The first visible one of them that takes the focus; null when none.
+QWidget* frontVisibleWindow(const QWidget* except = nullptr);
 void bringToFront(QWidget* topLevel);
 void setClosed(QWidget* topLevel, bool closed);
 // The visible top-level widget (popups included, topmost first) whose frame

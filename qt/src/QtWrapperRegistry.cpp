@@ -8,7 +8,7 @@ namespace jtk::qt {
 
 namespace {
 
-using Wrappers = std::array<std::shared_ptr<platform::Object>, 4>;
+using Wrappers = std::array<std::shared_ptr<platform::Object>, 5>;
 
 std::unordered_map<const QObject*, Wrappers>& registry() {
     // Never destroyed: Qt objects may still be destroyed while the process ends.

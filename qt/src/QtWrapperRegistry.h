@@ -13,7 +13,8 @@ class QObject;
 
 namespace jtk::qt {
 
-enum class WrapperRole { view, window, menu, menuItem };
+// parts: what a widget shows as views of their own (tabs, items), see QtParts.h.
+enum class WrapperRole { view, window, menu, menuItem, parts };
 
 class WrapperRegistry {
 public:

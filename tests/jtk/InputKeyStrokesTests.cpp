@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(Characters, InputKeyStroke,
                          testing::Values(StrokeCase{"a", {0, 0, {}}}, StrokeCase{"A", {0, shift, {}}},
                                          StrokeCase{"W", {13, shift, {}}}, StrokeCase{" ", {49, 0, {}}},
                                          StrokeCase{"\t", {48, 0, {}}}, StrokeCase{"\r", {36, 0, {}}},
-                                         StrokeCase{"1", {textOnly, 0, "1"}},
+                                         StrokeCase{"1", {18, 0, {}}}, StrokeCase{"0", {29, 0, {}}}, StrokeCase{"!", {textOnly, 0, "!"}},
                                          // A line break is Return, as a person types it.
                                          StrokeCase{"\n", {36, 0, {}}}, StrokeCase{"\r\n", {36, 0, {}}},
                                          StrokeCase{"\u00C4", {textOnly, 0, "\u00C4"}}, StrokeCase{"e\u0301", {textOnly, 0, "e\u0301"}},

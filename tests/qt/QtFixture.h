@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QWidget>
 #include <atomic>
 #include <functional>
@@ -41,7 +42,10 @@ protected:
     void TearDown() override { closeAll(); }
 
     static void closeAll() {
-        for (QWidget* widget : QApplication::topLevelWidgets()) delete widget;
+        // A window deletes the pop-ups and dialogs it owns, which are top-level widgets too.
+        QList<QPointer<QWidget>> topLevels;
+        for (QWidget* widget : QApplication::topLevelWidgets()) topLevels.append(widget);
+        for (const auto& widget : topLevels) delete widget.data();
         pump(10);
     }
 

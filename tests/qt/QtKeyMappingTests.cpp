@@ -1,6 +1,7 @@
 // The platform's key codes and modifier flags in Qt's terms.
 #include <gtest/gtest.h>
 
+#include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Events.h"
 #include "QtKeyMapping.h"
 
@@ -39,6 +40,23 @@ INSTANTIATE_TEST_SUITE_P(
                       KeyCase{"arrow", 123, 0, "", Qt::Key_Left, ""},
                       KeyCase{"textWithoutKey", platform::noKeyCode, 0, "é", 0xC9, QStringLiteral("é")}),
     [](const auto& info) { return std::string(info.param.label); });
+
+TEST(KeyMapping, theNamedDigitsAndFunctionKeysAreTheirQtKeys) {
+    const std::pair<const char*, int> named[] = {
+        {"0", Qt::Key_0}, {"1", Qt::Key_1}, {"2", Qt::Key_2}, {"3", Qt::Key_3}, {"4", Qt::Key_4},
+        {"5", Qt::Key_5}, {"6", Qt::Key_6}, {"7", Qt::Key_7}, {"8", Qt::Key_8}, {"9", Qt::Key_9},
+        {"F1", Qt::Key_F1}, {"F2", Qt::Key_F2}, {"F3", Qt::Key_F3}, {"F4", Qt::Key_F4},
+        {"F5", Qt::Key_F5}, {"F6", Qt::Key_F6}, {"F7", Qt::Key_F7}, {"F8", Qt::Key_F8},
+        {"F9", Qt::Key_F9}, {"F10", Qt::Key_F10}, {"F11", Qt::Key_F11}, {"F12", Qt::Key_F12}};
+    for (const auto& [name, qtKey] : named) {
+        auto code = JTKTestSuite::keyCodeMap().find(name);
+        ASSERT_NE(code, JTKTestSuite::keyCodeMap().end()) << name;
+        auto stroke = qt::qtKeyStroke(code->second, 0, "");
+        EXPECT_EQ(stroke.key, qtKey) << name;
+        // A digit types itself; a function key types nothing.
+        EXPECT_EQ(stroke.text, name[1] ? QString() : QString::fromLatin1(name)) << name;
+    }
+}
 
 struct ModifierCase {
     uint64_t flags;

@@ -2,6 +2,7 @@
 // registry's identity rules and the application's window list.
 #include <QComboBox>
 #include <QGroupBox>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
@@ -50,6 +51,16 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         NamedCase{"plainButton", [](QWidget* p) { return new QPushButton(p); }, "QPushButton", std::nullopt},
         NamedCase{"subclass", [](QWidget* p) { return new SaveButton(p); }, "SaveButton", std::nullopt},
+        // Qt's own private class answers as the public class it derives from.
+        NamedCase{"privateQtClass",
+                  [](QWidget* p) -> QWidget* {
+                      auto* dialog = new QInputDialog(p);
+                      dialog->setInputMode(QInputDialog::IntInput);
+                      auto* spin = dialog->findChild<QSpinBox*>();
+                      EXPECT_STREQ(spin->metaObject()->className(), "QInputDialogSpinBox");
+                      return spin;
+                  },
+                  "QSpinBox", std::nullopt},
         NamedCase{"invokable", [](QWidget* p) { return named(new InvokableNamedWidget(p), "object name"); },
                   "InvokableNamedWidget", "invokable name"},
         NamedCase{"property", [](QWidget* p) { return named(new PropertyNamedWidget(p), "object name"); },

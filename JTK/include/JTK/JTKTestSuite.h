@@ -100,7 +100,8 @@ public:
     // Presses and releases the key; keyUp changes nothing and is kept for the
     // operation's full form.
     static void typeKey(uint16_t keyCode, uint64_t flags = 0, bool keyUp = false);
-    // The key by the character it types, as keyCodeMap names it: typeKey("n", jtk::command).
+    // The key by the character it types or its name, as keyCodeMap names it:
+    // typeKey("n", jtk::command), typeKey("3", jtk::command), typeKey("F5").
     static void typeKey(std::string_view key, uint64_t flags = 0);
     static std::shared_ptr<platform::Event> beginModifierKeyHold(uint64_t flags);
     static void releaseModifierKeys(const std::shared_ptr<platform::Event>& event);

@@ -18,7 +18,8 @@ struct JTKKeyStroke {
     bool operator==(const JTKKeyStroke&) const = default;
 };
 
-// The 29 characters that have a key of their own (US ANSI positions).
+// The keys by name (US ANSI positions): the letters, Return, space and Tab,
+// the digits, and the function keys "F1" to "F12", which type no character.
 const std::map<std::string, uint16_t>& jtkKeyCodeTable();
 
 // The extended grapheme clusters of a UTF-8 text, in order. Malformed UTF-8

@@ -1,5 +1,10 @@
 // Menus opened by clicks: the capture of the menu that begins tracking, the
 // wait for the menu a click opens, and choosing an item by title.
+//
+// A captured menu is chosen from once: the choice closes it, and so does the
+// next click, which captures afresh (or nothing). The chosen command runs
+// after the choice's main-thread step has returned, so that a command that
+// opens a modal dialog leaves the test free to answer it.
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -9,6 +14,7 @@
 #include "run/JTKProcessEnd.h"
 #include "JTK/JTKTestSuite.h"
 #include "input/JTKEventPosting.h"
+#include "input/JTKMenuSearch.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Notifications.h"
 
@@ -23,29 +29,6 @@ std::weak_ptr<platform::Menu> currentOpenMenuStorage;
 
 std::shared_ptr<platform::Menu> menuOf(const platform::Notification& notification) {
     return std::dynamic_pointer_cast<platform::Menu>(notification.object.object());
-}
-
-std::shared_ptr<platform::MenuItem> findMenuItem(const std::string& title, const std::shared_ptr<platform::MenuItem>& item) {
-    if (!item) return nullptr;
-    if (item->title() == title) return item;
-    if (auto submenu = item->submenu()) {
-        for (const auto& child : submenu->itemArray()) {
-            if (auto hit = findMenuItem(title, child)) return hit;
-        }
-    }
-    return nullptr;
-}
-
-// Depth-first, each item before its submenu; the item is performed by the
-// menu it belongs to, at its index there. The menu is closed in every case.
-void performMenuItem(const std::string& title, platform::Menu& menu) {
-    for (const auto& item : menu.itemArray()) {
-        auto hit = findMenuItem(title, item);
-        if (!hit) continue;
-        if (auto owner = hit->menu()) owner->performActionForItemAtIndex(owner->indexOfItem(hit));
-        break;
-    }
-    menu.cancelTracking();
 }
 
 // Waits for a menu to begin tracking; a one-menu holder filled by the
@@ -75,6 +58,8 @@ void JTKElement::caputureMenuIfOneOpens() {
     // the capture window.
     auto end = std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
                                                       std::chrono::duration<double>(JTKPacing::menuCaptureWindow));
+    // An earlier capture is over: a menu it saw has closed by this click.
+    setCurrentOpenMenu(nullptr);
     auto& center = platform::defaultNotificationCenter();
     uint64_t token = center.addObserver(platform::menuDidBeginTrackingNotification, {},
                                         platform::DeliveryQueue::postingThread,
@@ -127,13 +112,37 @@ void JTKElement::clickMenuItem(const std::string& title, uint64_t flags) {
     }
     auto menu = currentOpenMenu();
     if (!menu) menu = openMenu(flags);
-    // Runs inside the menu's tracking loop, which serves the main queue. The
-    // menu is let go there too, so that it never ends on the test queue.
+    setCurrentOpenMenu(nullptr);
+    std::shared_ptr<platform::Menu> owner;
+    int index = -1;
+    std::string missing;
     jtkOnMainThread([&] {
         JTKEventPosting::activateApplicationIfNeeded();
-        performMenuItem(title, *menu);
+        if (auto hit = jtkFindMenuItem(title, *menu)) {
+            if ((owner = hit->menu())) index = owner->indexOfItem(hit);
+            return;
+        }
+        missing = jtkMissingMenuItemMessage(title, *menu);
+        // The menu is let go on the main thread, never on the test queue.
+        menu->cancelTracking();
         menu.reset();
     });
+    if (!missing.empty()) jtkFatalStop(missing, "JTKElement::clickMenuItem");
+    // The menu closes, then its owner performs the item, as after a person's choice.
+    auto choose = [menu = std::move(menu), owner = std::move(owner), index]() mutable {
+        menu->cancelTracking();
+        if (owner) owner->performActionForItemAtIndex(index);
+        owner.reset();
+        menu.reset();
+    };
+    if (platform::isMainThread()) {
+        choose();
+    } else {
+        platform::dispatchAsyncMain(std::move(choose));
+        // The main queue keeps its order: this step runs once the command has
+        // returned, or inside the loop of the dialog it opened.
+        jtkOnMainThread([] {});
+    }
     JTKTestSuite::sleepUntilIdle();
 }
 
