@@ -122,8 +122,9 @@ if $hasQt; then
       share/JTK/resources/fonts/fonts.conf share/JTK/resources/JTKComparisonWindow.json; do
     [ -f "$work/prefix/$file" ] || { echo "FAIL: $file not installed"; exit 1; }
   done
-  grep -aq "$work/prefix/share/JTK/resources" "$work/prefix/lib/libjtk-qt.a" ||
-    { echo "FAIL: the Qt backend does not look for the installed resources"; exit 1; }
+  # Every backend finds its resources through the shared services.
+  grep -aq "$work/prefix/share/JTK/resources" "$work/prefix/lib/libjtk-services.a" ||
+    { echo "FAIL: the installed services do not look for the installed resources"; exit 1; }
 fi
 
 echo "== Package probes"

@@ -96,13 +96,22 @@ int drainMainQueue() {
     int ran = 0;
     for (;;) {
         std::function<void()> work;
+        QueueDrainer* drainer = nullptr;
+        QEvent* wake = nullptr;
         {
             std::lock_guard lock(queue.mutex);
             if (queue.work.empty()) return ran;
             work = std::move(queue.work.front());
             queue.work.pop_front();
+            // Work may run a nested loop (a modal dialog): work queued behind
+            // it needs a wake-up of its own, or it waits for the loop to end.
+            if (!queue.work.empty() && !queue.wakePending && queue.spareWake) {
+                queue.wakePending = true;
+                drainer = queue.drainer;
+                wake = std::exchange(queue.spareWake, nullptr);
+            }
         }
-        // Work may run a nested loop (a modal dialog) that drains the rest.
+        if (wake) QCoreApplication::postEvent(drainer, wake);
         work();
         ++ran;
     }
