@@ -21,6 +21,7 @@ export SAMPLE_SCREENSHOTS_DIR=$work/Screenshots
 mkdir -p "$HOME" "$XDG_DATA_HOME"
 
 now() { date +%s.%N; }
+minus() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.3f", a - b }'; }
 median() { sort -g | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
 
 # A first run stores the screenshots, so that every timed run compares.
@@ -29,25 +30,25 @@ single=() parallel=()
 for ((round = 0; round < rounds; round++)); do
   start=$(now)
   "$sample" uxtest fileSizeThresh=1000 --jtk-ci >/dev/null
-  single+=("$(echo "$(now) - $start" | bc)")
+  single+=("$(minus "$(now)" "$start")")
   start=$(now)
   (cd "$build" && ctest -j2 -R '^Sample\.' --output-on-failure >/dev/null)
-  parallel+=("$(echo "$(now) - $start" | bc)")
+  parallel+=("$(minus "$(now)" "$start")")
 done
 one=$(printf '%s\n' "${single[@]}" | median)
 many=$(printf '%s\n' "${parallel[@]}" | median)
 tests=$("$sample" uxtest --jtk-list | grep -c '^test')
 printf 'Sample, %d UI tests: one process %.1f s, one ctest a test under ctest -j2 %.1f s (median of %d)\n' \
   "$tests" "$one" "$many" "$rounds"
-printf 'ctest -j2 wall time over one process: %.2f\n' "$(echo "$many / $one" | bc -l)"
+printf 'ctest -j2 wall time over one process: %.2f\n' "$(awk -v a="$many" -v b="$one" 'BEGIN { print a / b }')"
 
 overheads=()
 for ((round = 0; round < rounds; round++)); do
   start=$(now)
   "$sample" uxtest --jtk-ci --jtk-filter=testLaunchShowsTestData --jtk-junit="$work/one.xml" >/dev/null
-  total=$(echo "$(now) - $start" | bc)
+  total=$(minus "$(now)" "$start")
   own=$(grep -o 'testcase name="testLaunchShowsTestData"[^>]*time="[0-9.]*"' "$work/one.xml" | sed 's/.*time="//;s/"//')
-  overheads+=("$(echo "$total - $own" | bc)")
+  overheads+=("$(minus "$total" "$own")")
 done
 printf 'Runner overhead per process (start to first test, last test to exit): %.2f s (median of %d)\n' \
   "$(printf '%s\n' "${overheads[@]}" | median)" "$rounds"
