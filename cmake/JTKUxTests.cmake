@@ -23,9 +23,10 @@
 # <build folder>/jtk-results/<target>; a test's throw-away folders stay in
 # <build folder>/jtk-uxtests/<target>/<test> when it fails, for a look.
 
-set(_JTK_UXTESTS_DIR "${CMAKE_CURRENT_LIST_DIR}")
-
 function(jtk_add_uxtests target)
+  # The scripts beside this file, wherever the function is called from (a
+  # project that adds JTK as a subdirectory calls it from its own folder).
+  set(_JTK_UXTESTS_DIR "${CMAKE_CURRENT_FUNCTION_LIST_DIR}")
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "TEST_PREFIX;TIME_LIMIT;DISCOVERY_TIMEOUT" "ARGS;ENVIRONMENT;LABELS")
   if(NOT TARGET ${target})
     message(FATAL_ERROR "jtk_add_uxtests: ${target} is not a target")
