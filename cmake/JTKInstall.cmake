@@ -5,6 +5,10 @@
 #   find_package(JTK 0.3 REQUIRED COMPONENTS Qt)   →  also JTK::JTKQt, JTK::qt
 # Its targets are an export of their own (JTKQtTargets.cmake), read only when
 # the component is asked for, so that a consumer without Qt never needs Qt.
+# When the loaders are built (JTK_LOADERS), they are installed too, each an
+# export of its own, for the UI tests of Qt programs built without JTK:
+#   find_package(JTK 0.3 REQUIRED COMPONENTS Loader)  →  JTK::qt5_loader, JTK::qt6_loader
+# with jtk_add_tests_library() to make a tests library against one.
 include(CMakePackageConfigHelpers)
 
 set(JTK_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/JTK" CACHE STRING
@@ -51,6 +55,21 @@ if(TARGET jtk_qt)
     DESTINATION ${JTK_INSTALL_CMAKEDIR})
 endif()
 
+# The loaders (their pkg-config files are below).
+set(JTK_PACKAGE_LOADERS "")
+foreach(qtMajor 5 6)
+  if(TARGET jtk_qt${qtMajor}_loader)
+    list(APPEND JTK_PACKAGE_LOADERS ${qtMajor})
+    install(TARGETS jtk_qt${qtMajor}_loader
+      EXPORT JTKQt${qtMajor}LoaderTargets
+      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(EXPORT JTKQt${qtMajor}LoaderTargets
+      NAMESPACE JTK::
+      FILE JTKQt${qtMajor}LoaderTargets.cmake
+      DESTINATION ${JTK_INSTALL_CMAKEDIR})
+  endif()
+endforeach()
+
 install(EXPORT JTKTargets
   NAMESPACE JTK::
   FILE JTKTargets.cmake
@@ -73,6 +92,7 @@ install(FILES
     ${CMAKE_CURRENT_LIST_DIR}/JTKUxTests.cmake
     ${CMAKE_CURRENT_LIST_DIR}/JTKUxTestDiscovery.cmake
     ${CMAKE_CURRENT_LIST_DIR}/JTKUxTestRun.cmake
+    ${CMAKE_CURRENT_LIST_DIR}/JTKTestsLibrary.cmake
   DESTINATION ${JTK_INSTALL_CMAKEDIR})
 
 # The pkg-config file finds its prefix from where it lies, so an install moved
@@ -93,3 +113,8 @@ foreach(kind LIBDIR INCLUDEDIR)
 endforeach()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/jtk.pc.in ${PROJECT_BINARY_DIR}/jtk.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/jtk.pc DESTINATION ${JTK_INSTALL_PKGCONFIGDIR})
+# A tests library built without CMake: pkg-config --cflags --libs jtk-qt5-loader.
+foreach(JTK_PC_QT_MAJOR IN LISTS JTK_PACKAGE_LOADERS)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/jtk-loader.pc.in ${PROJECT_BINARY_DIR}/jtk-qt${JTK_PC_QT_MAJOR}-loader.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/jtk-qt${JTK_PC_QT_MAJOR}-loader.pc DESTINATION ${JTK_INSTALL_PKGCONFIGDIR})
+endforeach()

@@ -6,7 +6,13 @@
 #     [ARGS <argument>...]            more launch arguments, e.g. fileSizeThresh=1000
 #     [ENVIRONMENT <NAME=value>...]   more environment, e.g. QT_QPA_PLATFORM=offscreen
 #     [LABELS <label>...]             ctest labels of every test
-#     [DISCOVERY_TIMEOUT <seconds>])  how long listing the tests may take; default 60
+#     [DISCOVERY_TIMEOUT <seconds>]   how long listing the tests may take; default 60
+#     [PROGRAM <path>])               for a tests library: the program it tests
+#
+# <target> is an application built with JTK or, with PROGRAM, a tests
+# library made by jtk_add_tests_library(): the program (built without JTK)
+# then runs with the library's loader preloaded and the library named in
+# JTK_TESTS_LIBRARY, and everything below applies to it alike.
 #
 # After every build of the target its tests are listed (<target> uxtest
 # --jtk-list) and one ctest is made for each, so `ctest -R` picks tests by
@@ -27,7 +33,7 @@ function(jtk_add_uxtests target)
   # The scripts beside this file, wherever the function is called from (a
   # project that adds JTK as a subdirectory calls it from its own folder).
   set(_JTK_UXTESTS_DIR "${CMAKE_CURRENT_FUNCTION_LIST_DIR}")
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TEST_PREFIX;TIME_LIMIT;DISCOVERY_TIMEOUT" "ARGS;ENVIRONMENT;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TEST_PREFIX;TIME_LIMIT;DISCOVERY_TIMEOUT;PROGRAM" "ARGS;ENVIRONMENT;LABELS")
   if(NOT TARGET ${target})
     message(FATAL_ERROR "jtk_add_uxtests: ${target} is not a target")
   endif()
@@ -44,18 +50,30 @@ function(jtk_add_uxtests target)
     set(arg_DISCOVERY_TIMEOUT 60)
   endif()
 
+  set(program "$<TARGET_FILE:${target}>")
+  set(loader_environment "")
+  if(arg_PROGRAM)
+    get_target_property(loader ${target} JTK_LOADER)
+    if(NOT loader)
+      message(FATAL_ERROR "jtk_add_uxtests: ${target} is not a tests library made by jtk_add_tests_library(), "
+        "so it cannot test the program ${arg_PROGRAM}")
+    endif()
+    set(program "${arg_PROGRAM}")
+    set(loader_environment "LD_PRELOAD=$<TARGET_FILE:${loader}>;JTK_TESTS_LIBRARY=$<TARGET_FILE:${target}>")
+  endif()
+
   set(base "${CMAKE_CURRENT_BINARY_DIR}/jtk-uxtests/${target}")
   set(config "${base}/config.cmake")
   set(tests_file "${base}/tests.cmake")
   set(include_file "${base}/include.cmake")
   # What the discovery and every test run read; lists are kept as lists.
   file(GENERATE OUTPUT "${config}" CONTENT
-"set(JTK_PROGRAM [==[$<TARGET_FILE:${target}>]==])
+"set(JTK_PROGRAM [==[${program}]==])
 set(JTK_TARGET [==[${target}]==])
 set(JTK_TEST_PREFIX [==[${arg_TEST_PREFIX}]==])
 set(JTK_TIME_LIMIT [==[${arg_TIME_LIMIT}]==])
 set(JTK_ARGS [==[${arg_ARGS}]==])
-set(JTK_ENVIRONMENT [==[${arg_ENVIRONMENT}]==])
+set(JTK_ENVIRONMENT [==[${loader_environment};${arg_ENVIRONMENT}]==])
 set(JTK_LABELS [==[${arg_LABELS}]==])
 set(JTK_DISCOVERY_TIMEOUT [==[${arg_DISCOVERY_TIMEOUT}]==])
 set(JTK_WORK_DIR [==[${base}]==])

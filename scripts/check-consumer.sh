@@ -10,7 +10,11 @@
 # QtConsumer (the same application and test on Qt Widgets, offscreen) is built
 # and run through find_package(JTK COMPONENTS Qt) and add_subdirectory; a few
 # configure-only probes check the package's Qt component, also as a package
-# built without it would answer.
+# built without it would answer. When Qt 5 Widgets and Debian's Qt 5 example
+# programs are installed, JTK is installed with its loaders too, and the
+# calculator example (a program built without JTK) is tested through the
+# installed Qt 5 loader: with a tests library made by jtk_add_tests_library
+# (find_package(JTK COMPONENTS Loader)) and one made with pkg-config.
 # Every temporary folder goes when the script ends.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -20,6 +24,11 @@ trap 'rm -rf "$work"' EXIT
 buildType=RelWithDebInfo
 hasQt=false
 if pkg-config --exists Qt6Widgets Qt6Test 2>/dev/null; then hasQt=true; fi
+calculator=/usr/lib/x86_64-linux-gnu/qt5/examples/widgets/widgets/calculator/calculator
+hasLoader=false loaders=OFF
+if $hasQt && pkg-config --exists Qt5Widgets Qt5Test 2>/dev/null && [ -x "$calculator" ]; then
+  hasLoader=true loaders=ON
+fi
 # Offscreen, so that the Qt runs need no display.
 export QT_QPA_PLATFORM=offscreen
 
@@ -84,10 +93,11 @@ probe() {
   rm -rf "$work/probe-build-$name"
   local fail=""
   case $expect in
-    ok|qt)
+    ok|qt|loader)
       [ "$status" -eq 0 ] || fail="find_package failed"
       local want="probe: no JTK::JTKQt"
       [ "$expect" = qt ] && want="probe: JTK::JTKQt"
+      [ "$expect" = loader ] && want="probe: JTK::qt5_loader"
       [ -n "$fail" ] || grep -q "^-- $want\$" <<<"$output" || fail="not '$want'" ;;
     *)
       [ "$status" -ne 0 ] || fail="find_package succeeded"
@@ -102,9 +112,8 @@ probe() {
   echo "Package probe $name: OK"
 }
 
-echo "== JTK installed into a temporary prefix (Qt backend: $hasQt)"
-# The loaders (and the Qt 5 backend) are off by default and never installed.
-quietly cmake -S "$root" -B "$work/jtk" --no-warn-unused-cli -DCMAKE_BUILD_TYPE=$buildType \
+echo "== JTK installed into a temporary prefix (Qt backend: $hasQt, loaders: $hasLoader)"
+quietly cmake -S "$root" -B "$work/jtk" --no-warn-unused-cli -DCMAKE_BUILD_TYPE=$buildType -DJTK_LOADERS=$loaders \
   -DCMAKE_INSTALL_PREFIX="$work/prefix" -DJTK_BUILD_TESTS=OFF -DJTK_BUILD_EXAMPLES=OFF \
   -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON
 quietly cmake --build "$work/jtk" -j2
@@ -127,6 +136,13 @@ if $hasQt; then
     { echo "FAIL: the installed services do not look for the installed resources"; exit 1; }
 fi
 
+if $hasLoader; then
+  for file in lib/libjtk-qt5-loader.so lib/libjtk-qt6-loader.so lib/cmake/JTK/JTKQt5LoaderTargets.cmake \
+      lib/cmake/JTK/JTKTestsLibrary.cmake lib/pkgconfig/jtk-qt5-loader.pc; do
+    [ -f "$work/prefix/$file" ] || { echo "FAIL: $file not installed"; exit 1; }
+  done
+fi
+
 echo "== Package probes"
 mkdir -p "$work/probe"
 cat >"$work/probe/CMakeLists.txt" <<'PROBE'
@@ -147,9 +163,9 @@ if $hasQt; then
   # installed files, with a config that knows no Qt backend and no Qt export.
   noQtPrefix=$work/prefix-no-qt
   cp -rs "$work/prefix" "$noQtPrefix"
-  rm "$noQtPrefix"/lib/cmake/JTK/JTKQtTargets*.cmake "$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
-  sed 's/^set(JTK_PACKAGE_HAS_QT ON)$/set(JTK_PACKAGE_HAS_QT OFF)/' "$work/prefix/lib/cmake/JTK/JTKConfig.cmake" \
-    >"$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
+  rm -f "$noQtPrefix"/lib/cmake/JTK/JTKQt*Targets*.cmake "$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
+  sed -e 's/^set(JTK_PACKAGE_HAS_QT ON)$/set(JTK_PACKAGE_HAS_QT OFF)/' -e 's/^set(JTK_PACKAGE_LOADERS ".*")$/set(JTK_PACKAGE_LOADERS "")/' \
+    "$work/prefix/lib/cmake/JTK/JTKConfig.cmake" >"$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake"
   grep -qx 'set(JTK_PACKAGE_HAS_QT OFF)' "$noQtPrefix/lib/cmake/JTK/JTKConfig.cmake" ||
     { echo "FAIL: the package config does not say whether it has Qt"; exit 1; }
   probe "$work/prefix" "REQUIRED" ok without-components
@@ -162,6 +178,10 @@ fi
 probe "$noQtPrefix" "REQUIRED" ok no-qt-package
 probe "$noQtPrefix" "REQUIRED;OPTIONAL_COMPONENTS;Qt" ok no-qt-package-optional-qt
 probe "$noQtPrefix" "REQUIRED;COMPONENTS;Qt" "built without its Qt backend" no-qt-package-qt
+probe "$noQtPrefix" "REQUIRED;COMPONENTS;Loader" "built without its loaders" no-loader-package
+if $hasLoader; then
+  probe "$work/prefix" "REQUIRED;COMPONENTS;Loader" loader loader
+fi
 probe "$work/prefix" "REQUIRED;COMPONENTS;Gtk" "has no component Gtk" unknown-component
 
 echo "== Consumer through find_package"
@@ -171,7 +191,13 @@ checkRun "$work/find-package/Consumer" find_package
 if $hasQt; then
   [ -x "$work/find-package/QtConsumer" ] || { echo "FAIL: QtConsumer not built through find_package"; exit 1; }
   checkRun "$work/find-package/QtConsumer" "find_package, Qt component"
-  checkCtest "$work/find-package" find_package 2
+  # The calculator's two tests through the installed loader, when it is there.
+  if $hasLoader; then
+    [ -f "$work/find-package/CalculatorUxtests.so" ] || { echo "FAIL: no tests library through find_package"; exit 1; }
+    checkCtest "$work/find-package" "find_package, Loader component" 4
+  else
+    checkCtest "$work/find-package" find_package 2
+  fi
 else
   checkCtest "$work/find-package" find_package 1
 fi
@@ -184,6 +210,23 @@ quietly g++ -std=c++20 -Wall -Wextra -DCONSUMER_SOURCE_DIR="\"$consumer\"" \
   -DCONSUMER_SCREENSHOTS_DIR="\"$work/pkg-config/Screenshots\"" \
   "$consumer/main.cpp" "$consumer/ConsumerTests.cpp" $flags -o "$work/pkg-config/Consumer"
 checkRun "$work/pkg-config/Consumer" pkg-config
+
+if $hasLoader; then
+  echo "== A tests library through pkg-config, run by the installed loader"
+  flags=$(PKG_CONFIG_PATH="$work/prefix/lib/pkgconfig" pkg-config --cflags --libs jtk-qt5-loader)
+  # shellcheck disable=SC2086  # the flags are words on purpose
+  quietly g++ -std=c++20 -Wall -Wextra -fPIC -shared -DCALCULATOR_TEST_DATA_DIR="\"$consumer/TestData\"" -DCALCULATOR_SCREENSHOTS_DIR="\"$work/pkg-config/CalculatorScreenshots\"" \
+    "$consumer/CalculatorUxtests.cpp" $flags -o "$work/pkg-config/libcalculator_uxtests.so"
+  home=$(mktemp -d -p "$work")
+  status=0
+  output=$(HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_RUNTIME_DIR="$home" \
+    LD_PRELOAD="$work/prefix/lib/libjtk-qt5-loader.so" JTK_TESTS_LIBRARY="$work/pkg-config/libcalculator_uxtests.so" \
+    timeout 120 "$calculator" uxtest 2>&1) || status=$?
+  if [ "$status" -ne 0 ] || ! grep -q '^JTK: 2 passed, 0 failed' <<<"$output"; then
+    echo "$output"; echo "FAIL: the calculator's tests library through pkg-config (status $status)"; exit 1
+  fi
+  echo "calculator through pkg-config and the installed loader: OK"
+fi
 
 echo "== Consumer through add_subdirectory"
 quietly cmake -S "$consumer" -B "$work/add-subdirectory" -DCMAKE_BUILD_TYPE=$buildType -DJTK_SOURCE_DIR="$root"
