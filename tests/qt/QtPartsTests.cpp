@@ -234,6 +234,27 @@ INSTANTIATE_TEST_SUITE_P(
                                   "QTreeWidgetItem"}),
     [](const auto& info) { return std::string(info.param.label); });
 
+TEST_F(QtTest, aSectionScrolledAwayIsScrolledIntoViewAndSortsItsColumn) {
+    auto* window = makeWindow<QMainWindow>(QRect(50, 50, 300, 200), "Wide");
+    auto* table = new QTableWidget(3, 60);
+    for (int column = 0; column < 60; ++column) {
+        table->setHorizontalHeaderItem(column, new QTableWidgetItem(QString("Column %1").arg(column)));
+        for (int row = 0; row < 3; ++row)
+            table->setItem(row, column, new QTableWidgetItem(QString::number((row + column) % 3)));
+    }
+    table->setSortingEnabled(true);
+    table->sortByColumn(0, Qt::AscendingOrder);
+    window->setCentralWidget(table);
+    qttest::pump(30);
+    std::shared_ptr<platform::View> section;
+    onQueue([&] { section = JTKTestSuite::element("Column 50").view(); });
+    EXPECT_FALSE(pictured(section));
+    onQueue([] { JTKTestSuite::element("Column 50").click(); });
+    EXPECT_TRUE(pictured(section));
+    EXPECT_EQ(table->horizontalHeader()->sortIndicatorSection(), 50);
+    EXPECT_EQ(table->item(0, 50)->text(), "0") << "sorted by that column";
+}
+
 TEST_F(QtTest, aCollapsedRowIsNotThereAndComesBackWhenItsParentExpands) {
     auto* window = makeWindow<QMainWindow>(QRect(50, 50, 300, 200), "Tree");
     auto* tree = new QTreeWidget;
