@@ -1,13 +1,10 @@
 // What a test reads from parts and widgets: a shown tool tip as a window
-// of its own, state by name, and the reading order of cells and sections.
-#include <QGroupBox>
+// of its own, and the reading order of cells and sections.
 #include <QHeaderView>
-#include <QListWidget>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <QTableView>
-#include <QTableWidget>
 #include <QVBoxLayout>
 #include <chrono>
 #include <thread>
@@ -57,77 +54,6 @@ TEST_F(QtTest, aShownToolTipIsAWindowFoundByTheTextItShows) {
     EXPECT_EQ(typeName, "QLabel");
     EXPECT_EQ(windows, windowsBefore + 1) << "the tool tip is a window while shown";
 }
-
-struct StateCase {
-    const char* label;
-    std::function<void(QWidget* page)> make;
-    const char* lookup;
-    const char* selector;
-    platform::Value expected;
-};
-
-class QtStates : public QtTest, public ::testing::WithParamInterface<StateCase> {};
-
-TEST_P(QtStates, stateIsReadByName) {
-    auto* window = makeWindow<QMainWindow>(QRect(50, 50, 400, 300), "States");
-    auto* page = new QWidget;
-    page->setLayout(new QVBoxLayout);
-    window->setCentralWidget(page);
-    GetParam().make(page);
-    qttest::pump(30);
-    platform::Value read;
-    onQueue([&] { read = JTKTestSuite::element(GetParam().lookup).view()->performSelector(GetParam().selector); });
-    EXPECT_EQ(read, GetParam().expected) << read.debugText() << " read, " << GetParam().expected.debugText() << " expected";
-}
-
-QTableWidget* sortedTable(QWidget* page) {
-    auto* table = new QTableWidget(2, 2);
-    table->setHorizontalHeaderLabels({"Name", "Size"});
-    table->horizontalHeaderItem(1)->setToolTip("Bytes on disk");
-    table->setSortingEnabled(true);
-    table->sortByColumn(1, Qt::DescendingOrder);
-    page->layout()->addWidget(table);
-    return table;
-}
-
-QListWidget* checkList(QWidget* page) {
-    auto* list = new QListWidget;
-    auto* item = new QListWidgetItem("Spell check", list);
-    item->setCheckState(Qt::Checked);
-    item->setToolTip("Marks unknown words");
-    page->layout()->addWidget(list);
-    return list;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Qt, QtStates,
-    ::testing::Values(
-        StateCase{"checkableGroupBox",
-                  [](QWidget* page) {
-                      auto* group = new QGroupBox("Proxy");
-                      group->setCheckable(true);
-                      group->setChecked(false);
-                      page->layout()->addWidget(group);
-                  },
-                  "Proxy", "isChecked", platform::Value(false)},
-        StateCase{"widgetToolTip",
-                  [](QWidget* page) {
-                      auto* button = new QPushButton("Save");
-                      button->setToolTip("Writes the file");
-                      page->layout()->addWidget(button);
-                  },
-                  "Save", "toolTip", platform::Value("Writes the file")},
-        StateCase{"itemChecked", [](QWidget* page) { checkList(page); }, "Spell check", "isChecked",
-                  platform::Value(true)},
-        StateCase{"itemToolTip", [](QWidget* page) { checkList(page); }, "Spell check", "toolTip",
-                  platform::Value("Marks unknown words")},
-        StateCase{"sortedSection", [](QWidget* page) { sortedTable(page); }, "Size", "sortOrder",
-                  platform::Value("descending")},
-        StateCase{"unsortedSection", [](QWidget* page) { sortedTable(page); }, "Name", "isSelected",
-                  platform::Value(false)},
-        StateCase{"sectionToolTip", [](QWidget* page) { sortedTable(page); }, "Size", "toolTip",
-                  platform::Value("Bytes on disk")}),
-    [](const auto& info) { return std::string(info.param.label); });
 
 TEST_F(QtTest, cellsAndSectionsAreInReadingOrderAndAClassLookupFindsOnlyTheView) {
     auto* window = makeWindow<QMainWindow>(QRect(50, 50, 400, 300), "Table");
