@@ -151,6 +151,8 @@ void installApplicationEventFilter() {
 
 std::vector<std::shared_ptr<platform::Window>> QtApplication::windows() const {
     std::vector<std::shared_ptr<platform::Window>> windows;
+    // Shown pop-ups lie above every window.
+    for (QWidget* widget : shownPopupWindows()) windows.push_back(windowFor(widget));
     for (QWidget* widget : orderedWindows()) windows.push_back(windowFor(widget));
     return windows;
 }

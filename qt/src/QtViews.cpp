@@ -8,12 +8,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QTextEdit>
 
 #include "QtObjectRuntime.h"
@@ -29,6 +31,15 @@ namespace {
 bool isSubviewWidget(const QObject* child) {
     auto* widget = qobject_cast<const QWidget*>(child);
     return widget && !widget->isWindow();
+}
+
+// A tool tip reads as the text a person sees: its markup, if any, left out.
+QString shownText(const QLabel* label) {
+    QString text = label->text();
+    if (label->windowType() != Qt::ToolTip || !Qt::mightBeRichText(text)) return text;
+    QTextDocument document;
+    document.setHtml(text);
+    return document.toPlainText();
 }
 
 }  // namespace
@@ -47,23 +58,30 @@ constexpr const char* scrollToViewSelector = "hbScrollToViewAnimated:";
 
 namespace {
 
-// State a test reads by name: isEnabled of every widget, isChecked of a
-// checkable button.
+// State a test reads by name: isEnabled and toolTip of every widget,
+// isChecked of a checkable button or group box.
+bool isCheckable(const QWidget* widget) {
+    if (auto* button = qobject_cast<const QAbstractButton*>(widget)) return button->isCheckable();
+    auto* group = qobject_cast<const QGroupBox*>(widget);
+    return group && group->isCheckable();
+}
+
 bool isStateSelector(const QWidget* widget, const std::string& selector) {
     if (!widget) return false;
-    if (selector == "isEnabled") return true;
-    auto* button = qobject_cast<const QAbstractButton*>(widget);
-    return selector == "isChecked" && button && button->isCheckable();
+    if (selector == "isEnabled" || selector == "toolTip") return true;
+    return selector == "isChecked" && isCheckable(widget);
 }
 
 platform::Value stateOf(const QWidget* widget, const std::string& selector) {
     if (selector == "isEnabled") return widget->isEnabled();
+    if (selector == "toolTip") return toStdString(widget->toolTip());
+    if (auto* group = qobject_cast<const QGroupBox*>(widget)) return group->isChecked();
     return static_cast<const QAbstractButton*>(widget)->isChecked();
 }
 
 // Scrolls a view inside the scroll area into sight: a widget, or a part (an
 // item scrolls within its item view, which then comes into sight).
-void scrollIntoSight(QAbstractScrollArea* scrollArea, const platform::View& view) {
+void scrollIntoSight(QAbstractScrollArea* scrollArea, platform::View& view) {
     QWidget* inside = widgetOf(view);
     if (!inside) {
         scrollPartIntoView(view);
@@ -166,7 +184,7 @@ platform::Rect QtView::convertRectToWindow(const platform::Rect& rect) const {
 platform::Value QtView::accessibilityValue() const {
     QWidget* w = widget_;
     if (auto* line = qobject_cast<QLineEdit*>(w)) return toStdString(line->text());
-    if (auto* label = qobject_cast<QLabel*>(w)) return toStdString(label->text());
+    if (auto* label = qobject_cast<QLabel*>(w)) return toStdString(shownText(label));
     if (auto* text = qobject_cast<QTextEdit*>(w)) return toStdString(text->toPlainText());
     if (auto* plain = qobject_cast<QPlainTextEdit*>(w)) return toStdString(plain->toPlainText());
     if (auto* slider = qobject_cast<QAbstractSlider*>(w)) return int64_t{slider->value()};

@@ -1,6 +1,8 @@
 #include "QtWindowOrder.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QMenu>
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
@@ -51,6 +53,21 @@ std::vector<QWidget*> orderedWindows() {
         if (isListedWindow(widget) && std::find(listed.begin(), listed.end(), widget) == listed.end())
             listed.push_back(widget);
     return listed;
+}
+
+std::vector<QWidget*> shownPopupWindows() {
+    auto isShownList = [](const QWidget* widget) {
+        if (!widget->isVisible() || widget->windowType() != Qt::Popup || qobject_cast<const QMenu*>(widget)) return false;
+        return qobject_cast<const QAbstractItemView*>(widget) || widget->findChild<QAbstractItemView*>();
+    };
+    std::vector<QWidget*> shown;
+    if (QWidget* popup = QApplication::activePopupWidget(); popup && isShownList(popup)) shown.push_back(popup);
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        bool isToolTip = widget->windowType() == Qt::ToolTip && widget->isVisible();
+        if ((isToolTip || isShownList(widget)) && std::find(shown.begin(), shown.end(), widget) == shown.end())
+            shown.push_back(widget);
+    }
+    return shown;
 }
 
 QWidget* frontVisibleWindow(const QWidget* except) {

@@ -19,6 +19,10 @@ namespace jtk::qt {
 bool isListedWindow(const QWidget* widget);
 // The listed windows, front first (visible or not).
 std::vector<QWidget*> orderedWindows();
+// The shown pop-ups that a test reads and clicks like windows: tool tips,
+// and lists to choose from (a combo box's, a completer's), the open pop-up
+// first. Menus are not among them: they are menus.
+std::vector<QWidget*> shownPopupWindows();
 // The first visible one of them that takes the focus; null when none.
 QWidget* frontVisibleWindow(const QWidget* except = nullptr);
 void bringToFront(QWidget* topLevel);

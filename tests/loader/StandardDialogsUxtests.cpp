@@ -1,6 +1,7 @@
 // UI tests of Qt's standard dialogs example, a program built without JTK:
 // an input dialog's spin box, of a class private to Qt, found by its public
-// class, and a message box answered.
+// class, an entry clicked in the open list of an input dialog's combo box,
+// and a message box answered.
 #include <JTK/JTK.h>
 
 #include "LoadedProgramPaths.h"
@@ -14,6 +15,15 @@ JTK_TEST(testTheIntegerDialogTakesATypedNumber) {
     typeKey("a", jtk::command);
     typeText("42\r");
     JTK_CHECK_EQ(element("42%").typeName(), "QLabel");
+}
+
+JTK_TEST(testASeasonIsClickedInTheOpenList) {
+    element("QInputDialog::getItem()", jtk::JTKClass{"QPushButton"}).click();
+    element("Spring", jtk::JTKClass{"QComboBox"}).click();
+    element("Fall", jtk::JTKClass{"QComboBoxItem"}).click();
+    JTK_CHECK_EQ(element("Fall", jtk::JTKClass{"QComboBox"}).value(), "Fall");
+    element("OK").click();
+    JTK_CHECK_EQ(element("Fall").typeName(), "QLabel");
 }
 
 JTK_TEST(testAQuestionIsAnsweredNo) {
