@@ -9,9 +9,10 @@
 # program sees none of it in its arguments. Each run must end with status 0
 # after at least MIN_TESTS tests, with the restore line last, the user's
 # data and settings as they were and no run settings folder left; the first
-# run must store screenshots and the second match every one. A run killed
-# outright must leave the user's settings as they were, and the next launch
-# must remove the settings folder it left.
+# run must store screenshots and the second match every one. Another
+# launch must leave the settings folder of a run under way alone; killed
+# outright, that run must leave the user's settings as they were, and the
+# next launch must remove the settings folder it left.
 set -euo pipefail
 loader=${1:?usage: check-loaded-program.sh LOADER PROGRAM TESTS_LIBRARY MIN_TESTS [FOLDER]}
 program=${2:?} tests=${3:?} min_tests=${4:?} folder=${5:-$(basename "$2")}
@@ -60,22 +61,24 @@ run environment
 grep -q '^JTK: Screenshots: 0 stored as new, [1-9][0-9]* matched, 0 differed, [0-9]* under the size threshold; look in ' <<<"$output" ||
   fail "the second run did not match every image"
 
-# A run killed outright, once its settings folder exists.
+# A run under way keeps its settings folder while another launch starts;
+# killed outright, it leaves the folder, which the next launch removes.
 settings_before=$(snapshot "$XDG_CONFIG_HOME")
 LD_PRELOAD="$loader" JTK_UXTEST=1 JTK_TESTS_LIBRARY="$tests" "$program" >/dev/null 2>&1 &
 killed=$!
 for _ in $(seq 200); do [ -n "$(run_folders)" ] && break; sleep 0.05; done
-kill -KILL "$killed"
-wait "$killed" || true
-[ -n "$(run_folders)" ] || fail "a killed run left no settings folder behind: was one made?"
-[ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "a killed run changed the user's settings"
-
+under_way=$(run_folders)
+[ -n "$under_way" ] || fail "a run under way has no settings folder"
 # The runner's options reach a loaded program too, here through the
 # environment; "uxtest" on its command line is taken out before it sees it.
 listed=$(LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" JTK_OPTIONS=--jtk-list "$program" uxtest 2>&1)
 count=$(grep -c '^test' <<<"$listed" || true)
 [ "$count" -ge "$min_tests" ] || fail "--jtk-list listed $count tests: $listed"
-[ -z "$(run_folders)" ] || fail "the next launch did not remove the killed run's settings folder"
+[ -d "$under_way" ] || fail "another launch removed the settings folder of a run under way"
+kill -KILL "$killed"
+wait "$killed" || true
+[ -d "$under_way" ] || fail "a killed run left no settings folder behind"
+[ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "a killed run changed the user's settings"
 status=0
 LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" \
   JTK_OPTIONS="--jtk-ci --jtk-shard-index=0 --jtk-shard-count=2 --jtk-junit=$home/results.xml" \
@@ -83,6 +86,7 @@ LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" \
 [ "$status" -eq 0 ] || fail "a CI run of the first of two shards ended with status $status"
 grep -q "tests=\"$(( (count + 1) / 2 ))\" failures=\"0\" errors=\"0\" skipped=\"0\"" "$home/results.xml" ||
   fail "the JUnit file does not hold the first shard's tests, passed: $(cat "$home/results.xml")"
+[ -z "$(run_folders)" ] || fail "the next launch did not remove the killed run's settings folder"
 [ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "the user's settings changed"
 echo "$(basename "$program") under the loader: OK ($stored screenshots stored by a launch with arguments," \
   "matched by one through the environment; the user's data and settings untouched, also by a killed run;" \
