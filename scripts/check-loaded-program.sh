@@ -1,50 +1,84 @@
 #!/usr/bin/env bash
-# Runs a Qt program built without JTK under the loader, twice, headless, with
-# a tests library named on its command line, against a throw-away home whose
-# data folder for the program holds a file of the user's. Each run must end
-# with status 0 after at least MIN_TESTS tests, with the restore line last
-# and the user's data as it was; the first run must store screenshots and
-# the second, of the same program, match every one.
+# Runs a Qt program built without JTK under the loader, twice, headless,
+# against a throw-away home that holds data and settings of the user's: the
+# data in the program's data folder, the settings where Qt keeps them
+# (FOLDER.conf and Qt's own QtProject.conf in the configuration folder).
+# FOLDER is the program's folder name under both ("Org/App"; default: the
+# program's file name). The first run names the tests library on the
+# command line, the second through the environment alone; either way the
+# program sees none of it in its arguments. Each run must end with status 0
+# after at least MIN_TESTS tests, with the restore line last, the user's
+# data and settings as they were and no run settings folder left; the first
+# run must store screenshots and the second match every one. Another
+# launch must leave the settings folder of a run under way alone; killed
+# outright, that run must leave the user's settings as they were, and the
+# next launch must remove the settings folder it left.
 set -euo pipefail
-loader=${1:?usage: check-loaded-program.sh LOADER PROGRAM TESTS_LIBRARY MIN_TESTS}
-program=${2:?} tests=${3:?} min_tests=${4:?}
+loader=${1:?usage: check-loaded-program.sh LOADER PROGRAM TESTS_LIBRARY MIN_TESTS [FOLDER]}
+program=${2:?} tests=${3:?} min_tests=${4:?} folder=${5:-$(basename "$2")}
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 export HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache"
 export XDG_RUNTIME_DIR="$home/runtime" QT_QPA_PLATFORM=offscreen JTK_LOADED_SCREENSHOTS_DIR="$home/Screenshots"
-# Qt's data location of a program without an organisation name.
-data="$XDG_DATA_HOME/$(basename "$program")"
-mkdir -p "$data" "$JTK_LOADED_SCREENSHOTS_DIR" "$XDG_RUNTIME_DIR"
+data="$XDG_DATA_HOME/$folder"
+runs="$XDG_CACHE_HOME/jtk/run-settings"
+mkdir -p "$data" "$(dirname "$XDG_CONFIG_HOME/$folder")" "$JTK_LOADED_SCREENSHOTS_DIR" "$XDG_RUNTIME_DIR"
 chmod 700 "$XDG_RUNTIME_DIR"
 echo "the user's own file" > "$data/mine.txt"
+printf '[General]\nmine=the user'"'"'s own setting\n' > "$XDG_CONFIG_HOME/$folder.conf"
+printf '[FileDialog]\nlastVisited=file://%s\nviewMode=List\n' "$home" > "$XDG_CONFIG_HOME/QtProject.conf"
 
 fail() { echo "FAIL: $*"; exit 1; }
 
+# Every item's kind, permissions and path, and every file's content.
+snapshot() { (cd "$1" && find . -printf '%y %m %p\n' | sort && find . -type f -exec sha256sum {} + | sort); }
+run_folders() { compgen -G "$runs/run-*" || true; }
+
 run() {
-  local before after status=0
-  before=$(cd "$XDG_DATA_HOME" && find . -type f -exec sha256sum {} + | sort)
-  output=$(LD_PRELOAD="$loader" "$program" uxtest "--jtk-tests=$tests" fileSizeThresh=1000 2>&1) || status=$?
+  local how=$1 data_before settings_before status=0
+  data_before=$(snapshot "$XDG_DATA_HOME")
+  settings_before=$(snapshot "$XDG_CONFIG_HOME")
+  if [ "$how" = arguments ]; then
+    output=$(LD_PRELOAD="$loader" "$program" uxtest "--jtk-tests=$tests" fileSizeThresh=1000 2>&1) || status=$?
+  else
+    output=$(LD_PRELOAD="$loader" JTK_UXTEST=1 JTK_TESTS_LIBRARY="$tests" JTK_FILE_SIZE_THRESHOLD=1000 \
+      "$program" 2>&1) || status=$?
+  fi
   echo "$output"
-  after=$(cd "$XDG_DATA_HOME" && find . -type f -exec sha256sum {} + | sort)
-  [ "$status" -eq 0 ] || fail "exit status $status"
-  [ "$before" = "$after" ] || fail "the user's data changed"
-  [ ! -e "$data"_Temp ] || fail "the data folder's _Temp copy was left behind"
-  [ "$(grep -c '^JTK: Running test ' <<<"$output")" -ge "$min_tests" ] || fail "fewer than $min_tests tests ran"
-  [ "$(tail -1 <<<"$output")" = "Restoring Application Support Data" ] || fail "no restore line last"
+  [ "$status" -eq 0 ] || fail "launched by $how: exit status $status"
+  [ "$data_before" = "$(snapshot "$XDG_DATA_HOME")" ] || fail "launched by $how: the user's data changed"
+  [ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "launched by $how: the user's settings changed"
+  [ -z "$(run_folders)" ] || fail "launched by $how: the run's settings folder was left: $(run_folders)"
+  [ ! -e "$data"_Temp ] || fail "launched by $how: the data folder's _Temp copy was left behind"
+  [ "$(grep -c '^JTK: Running test ' <<<"$output")" -ge "$min_tests" ] || fail "launched by $how: fewer than $min_tests tests ran"
+  [ "$(tail -1 <<<"$output")" = "Restoring Application Support Data" ] || fail "launched by $how: no restore line last"
 }
 
-run
+run arguments
 stored=$(find "$JTK_LOADED_SCREENSHOTS_DIR" -name '*.png' -not -path '*/temp/*' | wc -l)
 [ "$stored" -gt 0 ] || fail "the first run stored no screenshot"
-run
+run environment
 grep -q '^JTK: Screenshots: 0 stored as new, [1-9][0-9]* matched, 0 differed, [0-9]* under the size threshold; look in ' <<<"$output" ||
   fail "the second run did not match every image"
 
+# A run under way keeps its settings folder while another launch starts;
+# killed outright, it leaves the folder, which the next launch removes.
+settings_before=$(snapshot "$XDG_CONFIG_HOME")
+LD_PRELOAD="$loader" JTK_UXTEST=1 JTK_TESTS_LIBRARY="$tests" "$program" >/dev/null 2>&1 &
+killed=$!
+for _ in $(seq 200); do [ -n "$(run_folders)" ] && break; sleep 0.05; done
+under_way=$(run_folders)
+[ -n "$under_way" ] || fail "a run under way has no settings folder"
 # The runner's options reach a loaded program too, here through the
-# environment, so that nothing but "uxtest" is added to its arguments.
+# environment; "uxtest" on its command line is taken out before it sees it.
 listed=$(LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" JTK_OPTIONS=--jtk-list "$program" uxtest 2>&1)
 count=$(grep -c '^test' <<<"$listed" || true)
 [ "$count" -ge "$min_tests" ] || fail "--jtk-list listed $count tests: $listed"
+[ -d "$under_way" ] || fail "another launch removed the settings folder of a run under way"
+kill -KILL "$killed"
+wait "$killed" || true
+[ -d "$under_way" ] || fail "a killed run left no settings folder behind"
+[ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "a killed run changed the user's settings"
 status=0
 LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" \
   JTK_OPTIONS="--jtk-ci --jtk-shard-index=0 --jtk-shard-count=2 --jtk-junit=$home/results.xml" \
@@ -52,5 +86,8 @@ LD_PRELOAD="$loader" JTK_TESTS_LIBRARY="$tests" \
 [ "$status" -eq 0 ] || fail "a CI run of the first of two shards ended with status $status"
 grep -q "tests=\"$(( (count + 1) / 2 ))\" failures=\"0\" errors=\"0\" skipped=\"0\"" "$home/results.xml" ||
   fail "the JUnit file does not hold the first shard's tests, passed: $(cat "$home/results.xml")"
-echo "$(basename "$program") under the loader: OK ($stored screenshots stored, matched on the second run;" \
+[ -z "$(run_folders)" ] || fail "the next launch did not remove the killed run's settings folder"
+[ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "the user's settings changed"
+echo "$(basename "$program") under the loader: OK ($stored screenshots stored by a launch with arguments," \
+  "matched by one through the environment; the user's data and settings untouched, also by a killed run;" \
   "$count tests listed, the first of two shards passed in CI mode)"

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# The launches the loader refuses before a run starts, and the launch it
+# The launches the loader refuses before a run starts, and the launches it
 # leaves alone. Each refusal must end with status 2 and one line on standard
-# error naming the cause, and leave the user's data as it was; a launch
-# without "uxtest" must run the program untouched, with no word from JTK.
+# error naming the cause, and leave the user's data as it was and no run
+# settings folder behind; a launch without "uxtest" must run the program
+# untouched, with no word from JTK, and a shell that starts a program must
+# keep its arguments.
 set -euo pipefail
 loader=${1:?usage: check-loader-refusals.sh LOADER PROGRAM TESTS_LIBRARY NO_TESTS_LIBRARY CORE_PROGRAM}
 program=${2:?} tests=${3:?} no_tests=${4:?} core_program=${5:?}
@@ -40,6 +42,17 @@ expect_refusal "a library that is not a library" "cannot load the tests library"
   "$program" uxtest "--jtk-tests=$data/mine.txt"
 expect_refusal "a library without tests" "has no JTK_TEST" "$program" uxtest "--jtk-tests=$no_tests"
 expect_refusal "a program without a QApplication" "has no QApplication" "$core_program" uxtest "--jtk-tests=$tests"
+expect_refusal "a launch from the environment without a tests library" "no tests library named" \
+  JTK_UXTEST=1 "$program"
+expect_refusal "JTK_UXTEST neither 1 nor 0" "JTK_UXTEST=yes is neither 1 (start a test run) nor 0" \
+  JTK_UXTEST=yes "$program"
+# The run's settings folder goes in the cache folder: here a file stands in its way.
+expect_refusal "no place for the run's settings" "cannot make the run's settings folder in $data/mine.txt/jtk" \
+  XDG_CACHE_HOME="$data/mine.txt" "$program" uxtest "--jtk-tests=$tests"
+if compgen -G "$XDG_CACHE_HOME/jtk/run-settings/run-*" >/dev/null; then
+  echo "FAIL: a refused launch left its settings folder: $(compgen -G "$XDG_CACHE_HOME/jtk/run-settings/run-*")"
+  failures=$((failures + 1))
+fi
 
 # Without "uxtest" the program is left alone: it keeps running until stopped.
 status=0
@@ -49,5 +62,13 @@ if [ "$status" -ne 124 ] || grep -q '^JTK' <<<"$said"; then
   failures=$((failures + 1))
 else
   echo "ok: a launch without uxtest runs the program untouched"
+fi
+# The loader acts only in a Qt program: a shell's arguments are the program's.
+said=$(LD_PRELOAD="$loader" JTK_UXTEST=1 sh -c 'echo "$0 $1"' uxtest "--jtk-tests=$tests" 2>&1) || true
+if [ "$said" != "uxtest --jtk-tests=$tests" ]; then
+  echo "FAIL: a shell under the loader: said: $said"
+  failures=$((failures + 1))
+else
+  echo "ok: a shell under the loader keeps its arguments"
 fi
 exit $((failures > 0))

@@ -1,5 +1,5 @@
-// Where the tests of programs built without JTK keep their test data (in the
-// source tree) and their screenshots: JTK_LOADED_SCREENSHOTS_DIR when set,
+// Where the tests of programs built without JTK keep their test data and
+// test settings (in the source tree) and their screenshots: JTK_LOADED_SCREENSHOTS_DIR when set,
 // else a folder of the build tree, as these programs' pictures depend on the
 // Qt version installed and are not kept with the sources.
 #pragma once
@@ -11,6 +11,11 @@ namespace loaded {
 
 inline std::string testDataFolder(const std::string& program) {
     return std::string(JTK_LOADED_TESTS_SOURCE_DIR) + "/data/" + program;
+}
+
+// Laid out like the configuration folder ($XDG_CONFIG_HOME): Org/App.conf.
+inline std::string testSettingsFolder(const std::string& program) {
+    return std::string(JTK_LOADED_TESTS_SOURCE_DIR) + "/settings/" + program;
 }
 
 inline std::string screenshotsFolder(const std::string& program) {

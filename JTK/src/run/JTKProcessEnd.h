@@ -6,7 +6,8 @@
 
 namespace jtk {
 
-// Flushes standard output and error, then ends the process with status.
+// Removes the run's settings folder (JTKRunSettings.h), flushes standard
+// output and error, then ends the process with status.
 [[noreturn]] void jtkExitProcess(int status);
 
 // A stop the run cannot continue from: prints the message on its own line,

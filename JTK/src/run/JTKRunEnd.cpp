@@ -27,6 +27,7 @@
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
 #include "run/JTKRunOptions.h"
+#include "run/JTKRunSettings.h"
 #include "run/JTKTestEnvironment.h"
 #include "run/JTKTestFailure.h"
 #include "run/JTKTestResults.h"
@@ -61,8 +62,9 @@ void JTKTestSuite::endTests() {
 
 void JTKTestSuite::timeout() { jtkRestoreAndExit(0); }
 
-// Ending the process: the console is flushed and static destructors are
-// skipped, since other threads may still be using what they would destroy.
+// Ending the process: the run's settings folder goes, the console is flushed
+// and static destructors are skipped, since other threads may still be using
+// what they would destroy.
 
 namespace {
 
@@ -77,6 +79,7 @@ std::recursive_mutex& endLock() {
 
 void jtkExitProcess(int status) {
     endLock().lock();
+    jtkRemoveRunSettings();
     std::cout.flush();
     std::cerr.flush();
     std::fflush(stdout);
