@@ -26,6 +26,7 @@
 #include "JTK/platform/RunLoop.h"
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
+#include "run/JTKRecordingSession.h"
 #include "run/JTKRunOptions.h"
 #include "run/JTKTestEnvironment.h"
 #include "run/JTKTestFailure.h"
@@ -245,6 +246,8 @@ bool inTheRunsProcess() { return getpid() == guardedProcess.load(); }
 
 void onExit(int status, void*) {
     if (!inTheRunsProcess()) return;
+    // A recording session ends when the program quits: that is no early end.
+    if (jtkRecordingSessionOpen()) jtkEndRecordingSession(status);
     jtkPrintLine("Run ended early: the process exited with status " + std::to_string(status));
     jtkEndRun(status, "the process exited with status " + std::to_string(status) + " during this test");
 }
