@@ -42,13 +42,13 @@ std::string display() { return jtk::JTKTestSuite::element("QLineEdit").value(); 
 // Run before the person's session: each key's title and centre on screen
 // (points, y up from the bottom of the screen, whose height comes first),
 // then the display once the person has recorded and stopped.
-JTK_TEST(testShowsTheKeysAndWhatThePersonSaw) {
+JTK_TEST(testShowsWhereToClickAndWhatThePersonSaw) {
     auto screens = jtk::platform::screens();
     JTK_CHECK(!screens.empty());
     report("screen height " + std::to_string(screens.front().frame.height()));
     for (auto& key : jtk::JTKTestSuite::elements("Button")) {
         auto centre = key.frameCenterOnScreen();
-        report("key " + std::to_string(centre.x) + " " + std::to_string(centre.y) + " " + key.title());
+        report("at " + std::to_string(centre.x) + " " + std::to_string(centre.y) + " " + key.title());
     }
     report("keys shown");
     JTK_CHECK(waitForRecording(true, std::chrono::seconds(60)));
