@@ -183,7 +183,7 @@ TEST_P(LoadedProgramRecording, replaysToWhatThePersonSaw) {
             places[title] = key;
         return line == "check: keys shown";
     }, 60s)) << running->transcript();
-    std::string windows = std::string("search --name '") + session.windowName + "'";
+    std::string windows = std::string("search --onlyvisible --name '") + session.windowName + "'";
     xdotool(windows + " windowfocus");  // as a window manager gives the keyboard
     clickStatusItem();
     ASSERT_TRUE(running->readUntilLine("check: recording", 20s)) << running->transcript();
