@@ -54,6 +54,19 @@ if compgen -G "$XDG_CACHE_HOME/jtk/run-settings/run-*" >/dev/null; then
   failures=$((failures + 1))
 fi
 
+# A recording session whose tests name no file to record into is refused by
+# the run (its refusals go to standard output), before anything is touched.
+status=0
+said=$(env -u JTK_TESTS_LIBRARY LD_PRELOAD="$loader" "$program" uxtest "--jtk-tests=$tests" --jtk-record 2>&1) || status=$?
+if [ "$status" -ne 2 ] || ! grep -qF "JTK: --jtk-record needs the tests' jtkThisFilePath provider" <<<"$said" ||
+   grep -q '^JTK: Running test' <<<"$said" ||
+   [ "$before" != "$(cd "$XDG_DATA_HOME" && find . -type f -exec sha256sum {} + | sort)" ]; then
+  echo "FAIL: a recording session with nowhere to record: status $status, said: $said"
+  failures=$((failures + 1))
+else
+  echo "ok: a recording session with nowhere to record: $(grep '^JTK' <<<"$said" | head -1)"
+fi
+
 # Without "uxtest" the program is left alone: it keeps running until stopped.
 status=0
 said=$(JTK_TESTS_LIBRARY="$tests" LD_PRELOAD="$loader" timeout 2 "$program" 2>&1) || status=$?

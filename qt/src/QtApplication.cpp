@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QStandardPaths>
@@ -80,6 +81,25 @@ void activateFrontWindowLater() {
     });
 }
 
+// Input a menu takes: everything an open QMenu receives, and the mouse on a
+// menu bar. Monitors do not see it, as a menu's own tracking is invisible to
+// them on other platforms: a choice reaches them as the menu's action.
+bool isMenuInput(QWindow* window, QEvent* event) {
+    QWidget* top = topLevelWidgetOf(window);
+    if (!top) return false;
+    if (qobject_cast<QMenu*>(top)) return true;
+    auto* mouse = dynamic_cast<QMouseEvent*>(event);
+    if (!mouse) return false;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QPoint global = mouse->globalPosition().toPoint();
+#else
+    QPoint global = mouse->globalPos();
+#endif
+    for (QWidget* under = top->childAt(top->mapFromGlobal(global)); under && under != top; under = under->parentWidget())
+        if (qobject_cast<QMenuBar*>(under)) return true;
+    return false;
+}
+
 bool isTopLevel(QObject* object, QWidget*& widget) {
     widget = qobject_cast<QWidget*>(object);
     return widget && widget->isWindow();
@@ -127,7 +147,7 @@ public:
 private:
     static bool passesMonitors(QWindow* window, QEvent* event) {
         auto application = qtApplication();
-        if (!application->hasMonitors()) return true;
+        if (!application->hasMonitors() || isMenuInput(window, event)) return true;
         auto converted = platformEventOf(window, event);
         return !converted || application->runMonitors(*converted);
     }

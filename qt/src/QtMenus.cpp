@@ -2,16 +2,19 @@
 // QMenu, but the framework sees both as menus: the bar's items are its
 // top-level actions, whose submenus are the bar's menus. Main thread only.
 #include <QAction>
+#include <QActionEvent>
 #include <QApplication>
 #include <QEvent>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QTimer>
 
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Notifications.h"
 #include "QtObjectRuntime.h"
+#include "QtParts.h"
 #include "QtWrapperRegistry.h"
 #include "QtWrappers.h"
 
@@ -28,6 +31,9 @@ int firstKeyCombination(const QKeySequence& sequence) {
     return sequence[0];
 #endif
 }
+
+// True while the framework performs an item, which posts its own notification.
+bool performingItem = false;
 
 QList<QAction*> actionsOf(QObject* container) {
     if (auto* widget = qobject_cast<QWidget*>(container)) return widget->actions();
@@ -79,6 +85,20 @@ public:
         return flags;
     }
 
+    std::shared_ptr<platform::View> titleView() const override {
+        // A menu-bar title is a part of its bar, one per visible title in order.
+        auto* bar = qobject_cast<QMenuBar*>(container_.data());
+        if (!bar || !action_) return nullptr;
+        auto parts = partsOf(bar);
+        size_t index = 0;
+        for (QAction* action : bar->actions()) {
+            if (!action->isVisible() || action->isSeparator()) continue;
+            if (action == action_) return index < parts.size() ? parts[index] : nullptr;
+            ++index;
+        }
+        return nullptr;
+    }
+
     QAction* action() const { return action_; }
     // The menu or bar the item was listed in; an action may sit in several.
     void setContainer(QObject* container) {
@@ -124,7 +144,10 @@ public:
         QPointer<QAction> action = actions[index];
         auto item = itemFor(action);
         if (auto* menu = qobject_cast<QMenu*>(widget_.data()); menu && menu->isVisible()) menu->hide();
+        // The notification below is the choice's; the trigger posts none of its own.
+        performingItem = true;
         action->trigger();
+        performingItem = false;
         platform::defaultNotificationCenter().post(platform::menuDidSendActionNotification, shared_from_this(),
                                                    platform::ValueDictionary{{"MenuItem", item}});
     }
@@ -146,13 +169,57 @@ private:
     QPointer<QWidget> widget_;
 };
 
+// True from a person's choice in an open menu (a release or a key in it) or
+// a shortcut reaching an action, until the event loop turns again: the
+// action triggers while that input is handled. An action triggered
+// otherwise (a tool button that shares it, the program itself) is no menu
+// choice.
+bool choosingFromMenu = false;
+
+void noteMenuInput() {
+    if (choosingFromMenu) return;
+    choosingFromMenu = true;
+    QTimer::singleShot(0, qApp, [] { choosingFromMenu = false; });
+}
+
+// A person's choice of a menu command posts "MenuDidSendActionNotification",
+// as the framework's own choice does, so that the recorder hears of it.
+void watchChoices(QAction* action, QWidget* container) {
+    if (!action || action->property("jtkChoiceWatched").toBool()) return;
+    action->setProperty("jtkChoiceWatched", true);
+    QPointer<QWidget> owner = container;
+    QObject::connect(action, &QAction::triggered, action, [action, owner] {
+        if (!choosingFromMenu || performingItem) return;
+        choosingFromMenu = false;
+        auto menu = menuOfContainer(owner ? owner.data() : action->parent());
+        platform::defaultNotificationCenter().post(platform::menuDidSendActionNotification, menu,
+                                                   platform::ValueDictionary{{"MenuItem", menuItemFor(action)}});
+    });
+}
+
 // Posts the begin-tracking notification whenever a QMenu shows, whoever opens
 // it (a menu bar, a context menu, a button's menu), and when a combo box's
-// pop-up list shows.
+// pop-up list shows; watches the actions of menus and menu bars for a
+// person's choices.
 class MenuTrackingObserver : public QObject {
 public:
     using QObject::QObject;
     bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+            case QEvent::ActionAdded:
+                if (qobject_cast<QMenu*>(watched) || qobject_cast<QMenuBar*>(watched))
+                    watchChoices(static_cast<QActionEvent*>(event)->action(), static_cast<QWidget*>(watched));
+                break;
+            case QEvent::MouseButtonRelease:
+            case QEvent::KeyPress:
+                if (qobject_cast<QMenu*>(watched)) noteMenuInput();
+                break;
+            case QEvent::Shortcut:
+                if (qobject_cast<QAction*>(watched)) noteMenuInput();
+                break;
+            default:
+                break;
+        }
         if (event->type() == QEvent::Show) {
             std::shared_ptr<platform::Menu> menu;
             if (auto* qmenu = qobject_cast<QMenu*>(watched))

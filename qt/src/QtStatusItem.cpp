@@ -45,6 +45,8 @@ void layOut() {
 StatusBarButton::StatusBarButton() {
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
     setAttribute(Qt::WA_ShowWithoutActivating);
+    // The item never keeps the program running: closing its last window quits it.
+    setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
     setFlat(true);
 }

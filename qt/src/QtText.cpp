@@ -25,13 +25,22 @@ void watchTextEditing(QWidget* widget) {
     if (!widget || widget->property(watchedProperty).toBool()) return;
     auto changed = [widget] { post(platform::textDidChangeNotification, widget); };
     auto ended = [widget] { post(platform::textDidEndEditingNotification, widget); };
+    // Only a person's edits are changes: a program that shows results in a
+    // field (a calculator's display, a field cleared after Return) changes
+    // its text too, and that is nothing a person typed. A line edit tells
+    // them apart (textEdited); a text edit's text can only be typed while it
+    // is not read-only.
     if (auto* field = qobject_cast<QLineEdit*>(widget)) {
-        QObject::connect(field, &QLineEdit::textChanged, field, changed);
+        QObject::connect(field, &QLineEdit::textEdited, field, changed);
         QObject::connect(field, &QLineEdit::editingFinished, field, ended);
     } else if (auto* edit = qobject_cast<QTextEdit*>(widget)) {
-        QObject::connect(edit, &QTextEdit::textChanged, edit, changed);
+        QObject::connect(edit, &QTextEdit::textChanged, edit, [edit, changed] {
+            if (!edit->isReadOnly()) changed();
+        });
     } else if (auto* plain = qobject_cast<QPlainTextEdit*>(widget)) {
-        QObject::connect(plain, &QPlainTextEdit::textChanged, plain, changed);
+        QObject::connect(plain, &QPlainTextEdit::textChanged, plain, [plain, changed] {
+            if (!plain->isReadOnly()) changed();
+        });
     } else {
         return;
     }

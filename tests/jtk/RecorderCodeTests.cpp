@@ -134,6 +134,8 @@ TEST_P(RecorderStatements, nameTheElementOnceAndContinueChainedLines) {
 // whose files are compared with the expected ones; C++ files are only replayed.
 const std::string cppClick = "click({.offset = {3.0, -2.0}})";
 const JTKElementReference ok{"OK", std::nullopt}, thirdRow{"Row", 2}, quoted{"say \"hi\"\\", std::nullopt};
+// A key without a name, by its title narrowed to its class (a Qt program's own Button subclass).
+const JTKElementReference seven{"7", std::nullopt, {}, "Button"}, secondPlus{"+", 1, {}, "Button"};
 
 INSTANTIATE_TEST_SUITE_P(
     Forms, RecorderStatements,
@@ -148,9 +150,32 @@ INSTANTIATE_TEST_SUITE_P(
         StatementCase{"cppChained", JTKDialect::cpp, "drag({40.0, 0.0})", ok, JTKChaining::ontoElement, ".drag({40.0, 0.0});"},
         StatementCase{"cppAfterCallWithoutElement", JTKDialect::cpp, "clickMenuItem(\"Two\")", ok, JTKChaining::ontoOtherCall,
                       "; element(\"OK\").clickMenuItem(\"Two\");"},
+        StatementCase{"cppTitleAndClass", JTKDialect::cpp, "click()", seven, JTKChaining::none,
+                      "element(\"7\", jtk::JTKClass{\"Button\"}).click();"},
+        StatementCase{"cppTitleAndClassInList", JTKDialect::cpp, "click()", secondPlus, JTKChaining::none,
+                      "elements(\"+\", jtk::JTKClass{\"Button\"}).at(1).click();"},
         StatementCase{"keysAreNeverChained", JTKDialect::cpp, "typeKey(\"\\t\")", std::nullopt, JTKChaining::ontoElement,
                       "typeKey(\"\\t\");"}),
     [](const auto& info) { return std::string(info.param.label); });
+
+struct ShortcutKeyCase {
+    const char* keyEquivalent;
+    std::string key;
+};
+
+class RecorderShortcutKeys : public testing::TestWithParam<ShortcutKeyCase> {};
+
+// Qt writes a shortcut's key as lower-case text ("f5"), the desktop as a character.
+TEST_P(RecorderShortcutKeys, nameFunctionKeysInFullAndTypeCharactersInLowerCase) {
+    EXPECT_EQ(jtkShortcutKey(GetParam().keyEquivalent), GetParam().key);
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, RecorderShortcutKeys,
+                         testing::Values(ShortcutKeyCase{"f5", "F5"}, ShortcutKeyCase{"F12", "F12"},
+                                         ShortcutKeyCase{"f1", "F1"}, ShortcutKeyCase{"s", "s"}, ShortcutKeyCase{"S", "s"},
+                                         ShortcutKeyCase{"3", "3"}, ShortcutKeyCase{"fx", "f"},
+                                         ShortcutKeyCase{"\\", "\\"}, ShortcutKeyCase{"\x01", "\\"},
+                                         ShortcutKeyCase{"", ""}));
 
 TEST(RecorderDialects, followTheFileExtension) {
     for (const char* cpp : {"a.cpp", "a.cc", "a.cxx", "a.c++", "a.hpp", "a.hh"}) EXPECT_EQ(jtkDialectOfFile(cpp), JTKDialect::cpp) << cpp;

@@ -123,7 +123,18 @@ INSTANTIATE_TEST_SUITE_P(
         OptionsCase{{"--jtk-shard-index=3", "--jtk-shard-count=3"}, {}, "shard index 3 is not below the shard count 3"},
         OptionsCase{{}, {{"JTK_SHARD_INDEX", "1"}, {"JTK_SHARD_COUNT", "2"}}, ""},
         OptionsCase{{}, {{"JTK_SHARD_COUNT", "two"}}, "JTK_SHARD_COUNT needs a whole number"},
-        OptionsCase{{}, {{"JTK_OPTIONS", "--jtk-strict uxtest"}}, "JTK_OPTIONS holds \"uxtest\""}));
+        OptionsCase{{}, {{"JTK_OPTIONS", "--jtk-strict uxtest"}}, "JTK_OPTIONS holds \"uxtest\""},
+        OptionsCase{{"--jtk-record=now"}, {}, "--jtk-record takes no value"}));
+
+TEST(RunnerOptionsValues, aRecordingSessionComesFromTheArgumentsOrTheEnvironment) {
+    auto none = [](const char*) { return std::optional<std::string>(); };
+    auto fromEnvironment = [](const char* name) {
+        return std::string(name) == "JTK_OPTIONS" ? std::optional<std::string>("--jtk-record") : std::nullopt;
+    };
+    EXPECT_TRUE(jtkParseRunOptions({"uxtest", "--jtk-record"}, none).options.record);
+    EXPECT_TRUE(jtkParseRunOptions({"uxtest"}, fromEnvironment).options.record);
+    EXPECT_FALSE(jtkParseRunOptions({"uxtest", "--jtk-ci"}, none).options.record);
+}
 
 TEST(RunnerOptionsValues, argumentsWinOverTheEnvironment) {
     auto result = jtkParseRunOptions({"--jtk-shard-index=0", "--jtk-filter=testA"}, [](const char* name) {

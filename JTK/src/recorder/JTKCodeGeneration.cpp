@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "JTK/JTKTestSuite.h"
+#include "input/JTKKeyboard.h"
 
 namespace jtk {
 
@@ -54,6 +55,21 @@ std::string cppArgument(const JTKSignature& signature, size_t position, const JT
 }
 
 }  // namespace
+
+std::string jtkShortcutKey(const std::string& keyEquivalent) {
+    if (keyEquivalent.empty()) return {};
+    auto lower = [](std::string text) {
+        for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        return text;
+    };
+    if (keyEquivalent.size() > 1)
+        for (const auto& entry : JTKTestSuite::keyCodeMap())
+            if (entry.first.size() > 1 && lower(entry.first) == lower(keyEquivalent)) return entry.first;
+    unsigned char first = static_cast<unsigned char>(keyEquivalent.front());
+    if (first == '"' || first == '\'' || first == '\\' || first < 0x20) return "\\";
+    auto characters = jtkCharacters(keyEquivalent);
+    return characters.empty() ? std::string{} : jtkLowercase(characters.front());
+}
 
 JTKSignature jtkSignatureTokens(const std::string& signature) {
     std::vector<std::string> tokens;
@@ -133,9 +149,11 @@ std::string jtkReferenceText(const JTKElementReference& reference, JTKDialect di
             return reference.index ? "elements(" + lookup + ")[" + index + "]" : "element(" + lookup + ")";
         case JTKDialect::objectiveC:
             return reference.index ? "[self elements:" + lookup + "][" + index + "]" : "[self element:" + lookup + "]";
-        case JTKDialect::cpp:
+        case JTKDialect::cpp: {
+            if (reference.className) lookup += ", jtk::JTKClass{" + sourceLiteral(*reference.className, dialect) + "}";
             // at(): a replay that finds fewer elements stops with an exception, not out of bounds.
             return reference.index ? "elements(" + lookup + ").at(" + index + ")" : "element(" + lookup + ")";
+        }
     }
     return {};
 }

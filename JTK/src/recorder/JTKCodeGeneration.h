@@ -22,6 +22,12 @@ struct JTKSignature {
 };
 JTKSignature jtkSignatureTokens(const std::string& signature);
 
+// The key of the key table a menu shortcut is typed with: a key named in
+// full ("F5", whatever its case: Qt writes "f5"), else the shortcut's first
+// character in lower case; a quote, backslash or control character reads as
+// the backslash of its escape (which the table does not have).
+std::string jtkShortcutKey(const std::string& keyEquivalent);
+
 // The receiver of an Objective-C call text, replaced when the statement is built.
 inline constexpr const char* jtkReceiverPlaceholder = "__element__";
 
@@ -39,6 +45,9 @@ struct JTKElementReference {
     // The element's centre less the centre of the element the lookup names
     // (a named ancestor); zero when it names the element itself.
     platform::Point centreShift{};
+    // The class the search is narrowed to (C++ lookups by title):
+    // element("7", jtk::JTKClass{"Button"}).
+    std::optional<std::string> className = std::nullopt;
     bool operator==(const JTKElementReference&) const = default;
 };
 std::string jtkReferenceText(const JTKElementReference& reference, JTKDialect dialect);

@@ -41,9 +41,28 @@ std::optional<JTKElement> jtkClickTarget(platform::Point screenPoint) {
     return kept.front().element;
 }
 
-JTKElementReference jtkElementReference(const JTKElement& element) {
+namespace {
+
+// The element by its title among the views of its class; none when it has
+// no title or the search does not find it.
+std::optional<JTKElementReference> titleReference(const JTKElement& element, const std::shared_ptr<platform::View>& view) {
+    std::string title = viewTitle(view), className = viewTypeName(view);
+    if (title.empty() || className.empty()) return std::nullopt;
+    auto found = JTKTestSuite::elements(title, JTKClass{className});
+    auto position = std::find(found.begin(), found.end(), element);
+    if (position == found.end()) return std::nullopt;
+    std::optional<size_t> index;
+    if (found.size() > 1) index = static_cast<size_t>(position - found.begin());
+    return JTKElementReference{title, index, {}, className};
+}
+
+}  // namespace
+
+JTKElementReference jtkElementReference(const JTKElement& element, JTKDialect dialect) {
     auto view = element.requireView("record");
     std::string lookup = viewName(view);
+    if (lookup.empty() && dialect == JTKDialect::cpp)
+        if (auto byTitle = titleReference(element, view)) return *byTitle;
     std::optional<JTKElement> namedAncestor;
     if (lookup.empty()) {
         lookup = viewTypeName(view);

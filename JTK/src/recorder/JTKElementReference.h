@@ -18,7 +18,10 @@ std::optional<JTKElement> jtkClickTarget(platform::Point screenPoint);
 
 // The element's own name, or its nearest named ancestor's, or its class
 // name; with a position in that lookup's results unless the lookup finds
-// exactly one element.
-JTKElementReference jtkElementReference(const JTKElement& element);
+// exactly one element. In C++ an element without a name of its own but with
+// a title is named by its title narrowed to its class, before any ancestor:
+// element("7", jtk::JTKClass{"Button"}), which a replay finds again whatever
+// the other views show meanwhile.
+JTKElementReference jtkElementReference(const JTKElement& element, JTKDialect dialect);
 
 }  // namespace jtk

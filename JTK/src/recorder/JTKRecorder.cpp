@@ -20,6 +20,7 @@ namespace {
 
 using platform::EventType;
 constexpr uint16_t tabKeyCode = 48;
+constexpr uint16_t returnKeyCode = 36, enterKeyCode = 76;
 
 double secondsSince(JTKRecorder::Clock::time_point time) {
     return std::chrono::duration<double>(JTKRecorder::Clock::now() - time).count();
@@ -36,33 +37,40 @@ platform::Point screenLocation(const platform::Event& event) {
 
 platform::Point rounded(platform::Point point) { return {std::round(point.x), std::round(point.y)}; }
 
-// The items a menu-bar menu shows directly (not those of their submenus).
-bool isMenuBarCommand(const std::shared_ptr<platform::MenuItem>& item) {
-    auto application = platform::sharedApplication();
-    auto mainMenu = application ? application->mainMenu() : nullptr;
-    if (!mainMenu) return false;
-    for (const auto& top : mainMenu->itemArray()) {
-        auto submenu = top ? top->submenu() : nullptr;
-        if (!submenu) continue;
-        for (const auto& candidate : submenu->itemArray())
-            if (candidate == item) return true;
+bool menuHolds(const platform::Menu& menu, const std::shared_ptr<platform::MenuItem>& item, int depth) {
+    for (const auto& candidate : menu.itemArray()) {
+        if (candidate == item) return true;
+        auto submenu = candidate ? candidate->submenu() : nullptr;
+        if (submenu && depth < 8 && menuHolds(*submenu, item, depth + 1)) return true;
     }
     return false;
 }
 
-// The key a shortcut is typed with: its first character in lower case; a
-// quote, backslash or control character reads as the backslash of its escape.
-std::string shortcutKey(const std::string& keyEquivalent) {
-    unsigned char first = static_cast<unsigned char>(keyEquivalent.front());
-    if (first == '"' || first == '\'' || first == '\\' || first < 0x20) return "\\";
-    auto characters = jtkCharacters(keyEquivalent);
-    return characters.empty() ? std::string{} : jtkLowercase(characters.front());
+// Where a menu-bar command sits: the bar's item (its title) whose menu holds
+// it, and whether the menu shows it directly (not in one of its submenus).
+struct MenuBarPlace {
+    std::shared_ptr<platform::MenuItem> title;
+    bool direct = false;
+};
+
+std::optional<MenuBarPlace> menuBarPlace(const std::shared_ptr<platform::MenuItem>& item) {
+    auto application = platform::sharedApplication();
+    auto mainMenu = application ? application->mainMenu() : nullptr;
+    if (!mainMenu) return std::nullopt;
+    for (const auto& top : mainMenu->itemArray()) {
+        auto submenu = top ? top->submenu() : nullptr;
+        if (!submenu) continue;
+        for (const auto& candidate : submenu->itemArray())
+            if (candidate == item) return MenuBarPlace{top, true};
+        if (menuHolds(*submenu, item, 0)) return MenuBarPlace{top, false};
+    }
+    return std::nullopt;
 }
 
-// An upper-case key equivalent ("S") is typed with Shift.
+// An upper-case key equivalent ("S") is typed with Shift; a key's name ("F5") is no character.
 bool impliesShift(const std::string& keyEquivalent) {
     auto characters = jtkCharacters(keyEquivalent);
-    return !characters.empty() && jtkLowercase(characters.front()) != characters.front();
+    return characters.size() == 1 && jtkLowercase(characters.front()) != characters.front();
 }
 
 uint64_t shortcutFlags(uint64_t mask) {
@@ -138,7 +146,7 @@ void JTKRecorder::recordOnMainThread(const JTKElement* element, const std::strin
         lastCallReturnsElement_ = false;
         return;
     }
-    JTKElementReference named = jtkElementReference(*element);
+    JTKElementReference named = jtkElementReference(*element, dialect_);
     std::string reference = jtkReferenceText(named, dialect_);
     auto kept = arguments;
     // A click on an element without a name of its own is written against its
@@ -205,6 +213,11 @@ std::shared_ptr<platform::Event> JTKRecorder::handleEvent(std::shared_ptr<platfo
         if (textIsEditing_) flushTypedText();
         JTKTestSuite::typeKey(tabKeyCode, event->flags);
     }
+    // The text as typed, before Return takes effect: a program may clear
+    // the field on Return before the editing ends.
+    if (event->type == EventType::keyDown && (event->keyCode == returnKeyCode || event->keyCode == enterKeyCode) &&
+        textIsEditing_)
+        textAtReturn_ = currentTextBuffer_;
     noteResponder();
     if (!recording_) return event;  // a write failed
     // Events come before their effect: until the first change, the text
@@ -262,26 +275,40 @@ void JTKRecorder::menuDidSelect(const platform::Notification& notification) {
     const platform::Value* value = notification.userInfo.find("MenuItem");
     auto item = value ? std::dynamic_pointer_cast<platform::MenuItem>(value->object()) : nullptr;
     if (!item) return;
-    if (isMenuBarCommand(item)) {
-        // A menu-bar command is recorded as its shortcut; one without a shortcut is not recorded.
-        std::string keyEquivalent = item->keyEquivalent();
-        if (keyEquivalent.empty()) return;
-        std::string key = shortcutKey(keyEquivalent);
+    // C++ records the commands of submenus too: a replay must choose them.
+    auto place = menuBarPlace(item);
+    if (place && (place->direct || dialect_ == JTKDialect::cpp)) return recordMenuBarCommand(*item, *place->title);
+    if (lastClickedElement_) lastClickedElement_->clickMenuItem(item->title(), 0);
+}
+
+void JTKRecorder::recordMenuBarCommand(const platform::MenuItem& item, const platform::MenuItem& barTitle) {
+    // A menu-bar command is recorded as its shortcut. Without one, C++
+    // chooses it from its title where the bar's titles are views; else it
+    // is not recorded.
+    std::string keyEquivalent = item.keyEquivalent();
+    auto titleView = dialect_ == JTKDialect::cpp ? barTitle.titleView() : nullptr;
+    if (!keyEquivalent.empty()) {
+        std::string key = jtkShortcutKey(keyEquivalent);
         const auto& codes = JTKTestSuite::keyCodeMap();
-        auto code = codes.find(key);
-        if (code == codes.end()) {
-            jtkPrintLine("JTK: the shortcut \"" + key + "\" of the menu command \"" + item->title() +
+        if (auto code = codes.find(key); code != codes.end()) {
+            uint64_t flags = shortcutFlags(item.keyEquivalentModifierMask());
+            // Swift and Objective-C leave out the Shift that an upper-case key
+            // implies; a C++ replay would then choose another command.
+            if (dialect_ == JTKDialect::cpp && impliesShift(keyEquivalent)) flags |= platform::eventFlags::shift;
+            JTKTestSuite::typeKey(code->second, flags);
+            return;
+        }
+        if (!titleView) {
+            jtkPrintLine("JTK: the shortcut \"" + key + "\" of the menu command \"" + item.title() +
                          "\" has no key code; the command is not recorded");
             return;
         }
-        uint64_t flags = shortcutFlags(item->keyEquivalentModifierMask());
-        // Swift and Objective-C leave out the Shift that an upper-case key
-        // implies; a C++ replay would then choose another command.
-        if (dialect_ == JTKDialect::cpp && impliesShift(keyEquivalent)) flags |= platform::eventFlags::shift;
-        JTKTestSuite::typeKey(code->second, flags);
-        return;
     }
-    if (lastClickedElement_) lastClickedElement_->clickMenuItem(item->title(), 0);
+    // A statement of its own, never chained onto the line before.
+    if (titleView) {
+        JTKElement title(titleView);
+        record(&title, "clickMenuItem(title:flags:)", {item.title(), JTKEventFlags{0}}, false);
+    }
 }
 
 std::optional<std::string> JTKRecorder::observedText(const platform::Notification& notification) const {
@@ -312,12 +339,15 @@ void JTKRecorder::removeTextObservers() {
     if (textDidChangeObserver_) center.removeObserver(textDidChangeObserver_);
     textDidEndEditingObserver_ = textDidChangeObserver_ = 0;
     observedTextObject_.reset();
+    textAtReturn_.reset();
 }
 
 void JTKRecorder::textDidChange(const platform::Notification& notification) {
     auto text = observedText(notification);
     if (!recording_ || !text) return;
     textIsEditing_ = true;
+    // Typing after a Return that did not end the editing (a line break in a text view).
+    if (textAtReturn_ && text->size() > textAtReturn_->size()) textAtReturn_.reset();
     currentTextBuffer_ = *text;
 }
 
@@ -327,15 +357,20 @@ void JTKRecorder::didEndEditing(const platform::Notification& notification) {
     if (!text) return;
     auto protector = shared_from_this();
     textIsEditing_ = false;
+    // What was typed before Return, not what the program left in the field.
+    std::string typed = textAtReturn_.value_or(*text);
+    textAtReturn_.reset();
     // Editing ended with Return: the typed text ends with a carriage return,
     // which the literal writes as its escape.
-    if (!text->ends_with('\r')) *text += '\r';
-    recordTypedText(*text);
+    if (!typed.ends_with('\r')) typed += '\r';
+    recordTypedText(typed);
 }
 
 void JTKRecorder::flushTypedText() {
-    std::string text = std::move(currentTextBuffer_);
+    // A Return whose end of editing never came is typed all the same.
+    std::string text = textAtReturn_ ? *textAtReturn_ + '\r' : std::move(currentTextBuffer_);
     currentTextBuffer_.clear();
+    textAtReturn_.reset();
     textIsEditing_ = false;
     recordTypedText(text);
 }

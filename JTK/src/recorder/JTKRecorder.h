@@ -17,6 +17,7 @@
 #include "JTK/JTKElement.h"
 #include "JTK/JTKTestRecorder.h"
 #include "JTK/platform/Events.h"
+#include "JTK/platform/Menu.h"
 #include "JTK/platform/Notifications.h"
 #include "recorder/JTKSourceFile.h"
 
@@ -66,6 +67,7 @@ private:
     void mouseDown(const platform::Event& event);
     void mouseUp(const platform::Event& event);
     void menuDidSelect(const platform::Notification& notification);
+    void recordMenuBarCommand(const platform::MenuItem& item, const platform::MenuItem& barTitle);
     void textDidChange(const platform::Notification& notification);
     void didEndEditing(const platform::Notification& notification);
     // The observed text object's text, when the notification comes from it.
@@ -88,6 +90,8 @@ private:
     std::optional<DragRecorder> dragHandler_;
     bool textIsEditing_ = false;
     std::string currentTextBuffer_;
+    // The typed text when Return was pressed during the current editing.
+    std::optional<std::string> textAtReturn_;
     // What the observed text object held when the current editing began.
     std::string editingBaseline_;
     Clock::time_point startDate_;

@@ -26,6 +26,7 @@
 #include "JTK/platform/RunLoop.h"
 #include "run/JTKConsole.h"
 #include "run/JTKProcessEnd.h"
+#include "run/JTKRecordingSession.h"
 #include "run/JTKRunOptions.h"
 #include "run/JTKRunSettings.h"
 #include "run/JTKTestEnvironment.h"
@@ -248,6 +249,8 @@ bool inTheRunsProcess() { return getpid() == guardedProcess.load(); }
 
 void onExit(int status, void*) {
     if (!inTheRunsProcess()) return;
+    // A recording session ends when the program quits: that is no early end.
+    if (jtkRecordingSessionOpen()) jtkEndRecordingSession(status);
     jtkPrintLine("Run ended early: the process exited with status " + std::to_string(status));
     jtkEndRun(status, "the process exited with status " + std::to_string(status) + " during this test");
 }

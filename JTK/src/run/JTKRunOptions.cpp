@@ -75,12 +75,14 @@ struct Reader {
             if (!needsValue()) return;
             options.timeLimit = parseSeconds(value);
             if (!options.timeLimit) error("JTK: --jtk-timeout needs a number of seconds above 0, not \"" + value + "\"");
+        } else if (name == "--jtk-record") {
+            if (takesNoValue()) options.record = true;
         } else if (name == "--jtk-tests") {
             // The tests library of a loaded program; the loader reads it.
         } else {
             error("JTK: unknown option " + name +
                   "; the options are --jtk-list, --jtk-filter=, --jtk-shard-index=, --jtk-shard-count=, --jtk-strict, "
-                  "--jtk-ci, --jtk-junit=, --jtk-results=, --jtk-timeout= and --jtk-tests=");
+                  "--jtk-ci, --jtk-junit=, --jtk-results=, --jtk-timeout=, --jtk-record and --jtk-tests=");
         }
     }
 

@@ -15,6 +15,8 @@
 //   --jtk-junit=FILE         JUnit XML results, rewritten after every test
 //   --jtk-results=DIR        where pictures taken at a failure go (else beside the JUnit file)
 //   --jtk-timeout=SECONDS    a test that runs longer fails and ends the run
+//   --jtk-record             a recording session: only the tests a filter names (none without
+//                            one), then the program stays for a person to record until it quits
 //   --jtk-tests=LIBRARY      the tests library of a program started through a loader
 #pragma once
 
@@ -36,6 +38,7 @@ struct JTKRunOptions {
     std::optional<std::filesystem::path> junitFile;
     std::optional<std::filesystem::path> resultsFolder;
     std::optional<double> timeLimit;  // seconds per test
+    bool record = false;
 
     // The folder for failure pictures: the one given, else the JUnit file's
     // folder; none when neither is given (a run nobody asked for results of

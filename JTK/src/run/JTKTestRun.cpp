@@ -10,9 +10,11 @@
 
 #include "JTK/JTKNotifications.h"
 #include "JTK/JTKTestSuite.h"
+#include "JTK/platform/Application.h"
 #include "JTK/platform/Notifications.h"
 #include "run/JTKConsole.h"
 #include "run/JTKMainThread.h"
+#include "run/JTKRecordingSession.h"
 #include "run/JTKRunEnd.h"
 #include "run/JTKRunOptions.h"
 #include "run/JTKShell.h"
@@ -138,6 +140,11 @@ void jtkRunTestLoop(const JTKMethodList& tests, const JTKTestOptions& options, c
         tearDown->invoke();
     }
     jtkRunShellCommandList(teardownCommands);
+    if (jtkRecordingLaunch()) {
+        // The results end with the run, when the program quits.
+        auto application = platform::sharedApplication();
+        jtkKeepRunningForRecording(application ? application->name() : std::string("the program"));
+    }
     results.end({});
     if (jtkRunOptions().ci) {
         // Nothing waits for a person: no comparison window, no final alert.

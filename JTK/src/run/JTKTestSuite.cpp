@@ -11,6 +11,7 @@
 #include "run/JTKMainThread.h"
 #include "run/JTKProcessEnd.h"
 #include "recorder/JTKRecorderController.h"
+#include "run/JTKRecordingSession.h"
 #include "run/JTKRunConfiguration.h"
 #include "run/JTKRunEnd.h"
 #include "run/JTKShell.h"
@@ -72,6 +73,10 @@ void startRun() {
     JTKMethodList methods = JTKRegistry::methods();
     auto options = jtkMergeTestOptions(methods);
     auto chosen = chooseTests(methods, options);
+    if (auto refusal = jtkRecordingLaunchRefusal(jtkTextProvider(methods, "jtkThisFilePath").has_value()); !refusal.empty()) {
+        jtkPrintLine(refusal);
+        jtkExitProcess(2);
+    }
 
     if (auto path = jtkTextProvider(methods, "jtkUserDefaultsPath")) {
         JTKTestSuite::setJtkTestUserDefaultsURL(fileURL(*path));
@@ -137,6 +142,8 @@ JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions&
     if (!jtkRunOptionErrors().empty()) refuse(jtkRunOptionErrors());
     if (auto duplicates = jtkDuplicateTestNames(methods); !duplicates.empty()) refuse(duplicates);
     const auto& runOptions = jtkRunOptions();
+    // A recording session starts from the program's first state: only the tests a filter names run first.
+    if (runOptions.record && runOptions.filter.empty()) return {};
     auto chosen = jtkSelectTests(jtkOrderedTests(methods, options), runOptions.filter, runOptions.shardIndex,
                                  runOptions.shardCount);
     if (chosen.refusal) refuse({*chosen.refusal});

@@ -67,14 +67,18 @@
 //                                  Menu.h, StatusBar.h, Alert.h, Text.h
 //    class Menu, class MenuItem       titles, items, perform an item, cancel
 //        tracking; post menuDidBeginTrackingNotification and
-//        menuDidSendActionNotification on the main thread.
+//        menuDidSendActionNotification on the main thread (the latter also
+//        for a person's choice); optional MenuItem::titleView(), the view of
+//        a menu-bar title where titles are views. Input a menu takes does not
+//        reach the local event monitors.
 //    statusItemWithLength(length)     (main) an item whose button has the
 //        class name statusBarButtonClassName.
 //    makeAlert()                      (main) runModal returns 1000 for the
 //        first button, 1001 for the second...
 //    textObjectString(object)         (main) the text of a field editor; post
-//        textDidChangeNotification / textDidEndEditingNotification with the
-//        control as object and the editor under textObjectKey.
+//        textDidChangeNotification (for a person's edits only) /
+//        textDidEndEditingNotification with the control as object and the
+//        editor under textObjectKey.
 //
 // 5. Pictures and controls (required; may answer "cannot").
 //                                                      Images.h, Controls.h

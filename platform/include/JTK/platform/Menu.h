@@ -12,6 +12,7 @@
 namespace jtk::platform {
 
 class Menu;
+class View;
 
 // Posted on the main thread with the menu as object when a menu starts tracking.
 inline constexpr const char* menuDidBeginTrackingNotification = "MenuDidBeginTrackingNotification";
@@ -26,6 +27,10 @@ public:
     virtual std::shared_ptr<Menu> menu() const = 0;
     virtual std::string keyEquivalent() const = 0;
     virtual uint64_t keyEquivalentModifierMask() const = 0;
+    // Optional: the view a person clicks to open this item's submenu, where
+    // the platform shows the item as a view of its own (a menu-bar title on
+    // Qt); none where it does not (the embedded desktop's menu bar).
+    virtual std::shared_ptr<View> titleView() const { return nullptr; }
 };
 
 class Menu : public Object {

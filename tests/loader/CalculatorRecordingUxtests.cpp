@@ -1,0 +1,61 @@
+// The calculator's tests library for the recording check
+// (LoadedCalculatorRecordingReplays): the check copies this file into the
+// build tree, a person's session is recorded into the copy as a new test
+// method after the jtkThisFilePath provider, and the copy is built again and
+// replayed. The two tests below only report: where the keys are and what the
+// display showed when the person stopped recording; what it shows after the
+// replay.
+#include <JTK/JTK.h>
+#include <JTK/platform/Screen.h>
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <thread>
+
+#include "LoadedProgramPaths.h"
+
+JTK_PROVIDER(jtkTestDataPath) { return loaded::testDataFolder("calculator"); }
+JTK_PROVIDER(jtkScreenshotsPath) { return loaded::screenshotsFolder("calculator-recording"); }
+JTK_PROVIDER(jtkThisFilePath) { return __FILE__; }
+
+namespace {
+
+void report(const std::string& line) {
+    std::printf("check: %s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+// Waits up to the limit for recording() to become wanted; false when it did not.
+bool waitForRecording(bool wanted, std::chrono::seconds limit) {
+    for (auto end = std::chrono::steady_clock::now() + limit; std::chrono::steady_clock::now() < end;) {
+        if (jtk::JTKTestSuite::recording() == wanted) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+}
+
+std::string display() { return jtk::JTKTestSuite::element("QLineEdit").value(); }
+
+}  // namespace
+
+// Run before the person's session: each key's title and centre on screen
+// (points, y up from the bottom of the screen, whose height comes first),
+// then the display once the person has recorded and stopped.
+JTK_TEST(testShowsWhereToClickAndWhatThePersonSaw) {
+    auto screens = jtk::platform::screens();
+    JTK_CHECK(!screens.empty());
+    report("screen height " + std::to_string(screens.front().frame.height()));
+    for (auto& key : jtk::JTKTestSuite::elements("Button")) {
+        auto centre = key.frameCenterOnScreen();
+        report("at " + std::to_string(centre.x) + " " + std::to_string(centre.y) + " " + key.title());
+    }
+    report("keys shown");
+    JTK_CHECK(waitForRecording(true, std::chrono::seconds(60)));
+    report("recording");
+    JTK_CHECK(waitForRecording(false, std::chrono::seconds(120)));
+    report("the display shows " + display());
+}
+
+// Run after the replayed recording.
+JTK_TEST(testReportsTheDisplay) { report("the display shows " + display()); }
