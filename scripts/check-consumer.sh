@@ -156,6 +156,9 @@ elseif(TARGET JTK::JTKQt)
 else()
   message(STATUS "probe: no JTK::JTKQt")
 endif()
+if(TARGET JTK::qt5_loader)
+  message(STATUS "probe: JTK::qt5_loader")
+endif()
 PROBE
 noQtPrefix=$work/prefix
 if $hasQt; then
