@@ -20,8 +20,11 @@ cleanup() {
 trap cleanup EXIT
 fail() { echo "FAIL: $*"; exit 1; }
 
-# A display number of the server's own choosing, so that parallel runs never meet.
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
+# A display number of the server's own choosing, so that parallel runs never
+# meet; the screen of Qt 5's headless platform, 800x600: Qt limits a window's
+# first size to two thirds of the screen, so screens of other sizes may give
+# windows of other sizes.
+Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
 xvfb=$!
 for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
 [ -s "$work/display" ] || fail "Xvfb did not start"
