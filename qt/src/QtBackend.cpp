@@ -47,10 +47,11 @@ const char* prepareFontConfiguration() {
     static std::string chosen;
     if (!chosen.empty() || !runsUnderTest()) return chosen.c_str();
     // Text and the Fusion style's metrics scale with the screen's logical
-    // DPI, which differs by platform (a headless screen's 100, an X server's
-    // 96 or its Xft.dpi): 96 for every one, so that a program gives the same
-    // pictures offscreen and on a display. Qt reads it once, when it makes
-    // its first screen; a value the environment already gives is kept.
+    // DPI, which Qt 5 takes from the platform (its headless screen's 100, an
+    // X server's physical DPI or Xft.dpi): 96 for every one, as Qt 6 has it,
+    // so that a program gives the same pictures headless and on any display.
+    // Qt reads it once, when it makes its first screen; a value the
+    // environment already gives is kept.
     setenv("QT_FONT_DPI", "96", 0);
     if (const char* existing = std::getenv("FONTCONFIG_FILE"); existing && *existing) return existing;
     auto file = fontConfigurationFile();
