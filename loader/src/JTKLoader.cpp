@@ -47,6 +47,9 @@ void startTheRun() {
 // run waits for the event loop.
 void startWhenTheEventLoopTurns() {
     if (!jtk::JTKTestSuite::isTesting()) return;
+    // Before the program makes its widgets, so that fonts it derives from
+    // the default have one size on every Qt platform.
+    jtk::qt::setTestFont();
     QTimer::singleShot(0, QCoreApplication::instance(), &startTheRun);
 }
 

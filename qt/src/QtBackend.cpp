@@ -31,9 +31,7 @@ bool runsUnderTest() { return platform::argumentsRequestTesting(platform::proces
 // FONTCONFIG_FILE names it before the application starts.
 void makePicturesDeterministic(QApplication& application) {
     application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPointSize(10);
-    QApplication::setFont(font);
+    setTestFont();
     QApplication::setCursorFlashTime(0);
 }
 
@@ -48,6 +46,13 @@ std::optional<std::filesystem::path> fontConfigurationFile() {
 const char* prepareFontConfiguration() {
     static std::string chosen;
     if (!chosen.empty() || !runsUnderTest()) return chosen.c_str();
+    // Text and the Fusion style's metrics scale with the screen's logical
+    // DPI, which Qt 5 takes from the platform (its headless screen's 100, an
+    // X server's physical DPI or Xft.dpi): 96 for every one, as Qt 6 has it,
+    // so that a program gives the same pictures headless and on any display.
+    // Qt reads it once, when it makes its first screen; a value the
+    // environment already gives is kept.
+    setenv("QT_FONT_DPI", "96", 0);
     if (const char* existing = std::getenv("FONTCONFIG_FILE"); existing && *existing) return existing;
     auto file = fontConfigurationFile();
     if (!file) {
@@ -57,6 +62,15 @@ const char* prepareFontConfiguration() {
     chosen = file->string();
     setenv("FONTCONFIG_FILE", chosen.c_str(), 0);
     return chosen.c_str();
+}
+
+void setTestFont() {
+    // Only on a QApplication: a program whose application object is not one
+    // is refused later, and fonts belong to the GUI.
+    if (!runsUnderTest() || !qobject_cast<QApplication*>(QCoreApplication::instance())) return;
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPointSize(10);
+    QApplication::setFont(font);
 }
 
 void installBackend(QApplication& application) {

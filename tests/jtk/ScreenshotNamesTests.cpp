@@ -55,12 +55,13 @@ TEST(ScreenshotFileName, aLongValueKeepsItsStartAndAHashOfTheWhole) {
 struct ThresholdCase {
     std::vector<std::string> arguments;
     int64_t threshold;
+    std::optional<int64_t> fromCode = std::nullopt;  // JTKScreenshots::setSizeThreshold
 };
 
 class FileSizeThreshold : public testing::TestWithParam<ThresholdCase> {};
 
 TEST_P(FileSizeThreshold, comesFromTheFirstArgumentThatNamesIt) {
-    EXPECT_EQ(jtkFileSizeThreshold(GetParam().arguments), GetParam().threshold);
+    EXPECT_EQ(jtkFileSizeThreshold(GetParam().arguments, GetParam().fromCode), GetParam().threshold);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -76,4 +77,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ThresholdCase{{"fileSizeThresh=x", "fileSizeThresh=10"}, 30000},
                     ThresholdCase{{"fileSizeThresh=9223372036854775807"}, std::numeric_limits<int64_t>::max()},
                     ThresholdCase{{"fileSizeThresh=9223372036854775808"}, 30000},
-                    ThresholdCase{{"fileSizeThresh=-9223372036854775808"}, std::numeric_limits<int64_t>::min()}));
+                    ThresholdCase{{"fileSizeThresh=-9223372036854775808"}, std::numeric_limits<int64_t>::min()},
+                    // The code's threshold, unless an argument that reads as a number overrides it.
+                    ThresholdCase{{"Sample", "uxtest"}, 1000, 1000},
+                    ThresholdCase{{"Sample", "fileSizeThresh=5000"}, 5000, 1000},
+                    ThresholdCase{{"Sample", "fileSizeThresh=abc"}, 1000, 1000}));

@@ -22,6 +22,7 @@
 #include "JTK/platform/StatusBar.h"
 #include "JTK/platform/Text.h"
 #include "run/JTKMainThread.h"
+#include "screenshots/JTKScreenshotNames.h"
 #include "tests/neutral/NeutralUi.h"
 
 using namespace jtk;
@@ -168,6 +169,15 @@ TEST_F(Neutral, aWaitSeesAViewThatAppearsLaterAndAGoneViewLeavesItsElementEmpty)
         jtkOnMainThread([&] { destroy(late); });
         EXPECT_EQ(found.view(), nullptr);
     });
+}
+
+// Screenshot names measure from the content view: the window's decorations
+// (the headless Qt screen's 2-point frame margins) and its place on screen
+// never enter them. The Save button's own origin (20, 250) in the content
+// view plus its frame origin gives (40, 500).
+TEST_F(Neutral, screenshotNamesMeasureFromTheContentView) {
+    EXPECT_THAT(screenshotFileName(window->contentView()), testing::EndsWith("_(0.0, 0.0)(420.0, 320.0)"));
+    EXPECT_THAT(screenshotFileName(save), testing::EndsWith("_0_(40.0, 500.0)(100.0, 30.0)"));
 }
 
 TEST_F(Neutral, aCaptureIsTheViewsSizeAndTheSameTwice) {

@@ -17,5 +17,6 @@
 #include "JTK/JTKNotifications.h"
 #include "JTK/JTKOptions.h"
 #include "JTK/JTKRegistry.h"
+#include "JTK/JTKScreenshots.h"
 #include "JTK/JTKTestOption.h"
 #include "JTK/JTKTestSuite.h"

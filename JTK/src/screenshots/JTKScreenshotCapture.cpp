@@ -10,6 +10,7 @@
 #include "run/JTKAtomicFile.h"
 #include "run/JTKProcessEnd.h"
 #include "screenshots/JTKScreenshotNames.h"
+#include "screenshots/JTKScreenshotPlan.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/imaging/PNG.h"
 #include "JTK/platform/Application.h"
@@ -66,18 +67,19 @@ struct Drawing {
     std::vector<uint8_t> png;
 };
 
-std::optional<Drawing> drawView(const std::shared_ptr<platform::View>& view) {
+// The masks are painted before encoding, so the bytes never depend on
+// what the masked views show.
+std::optional<Drawing> drawView(const std::shared_ptr<platform::View>& view, const JTKScreenshotPlan& plan) {
     if (!view) return std::nullopt;
     auto bitmap = platform::bitmapForCachingDisplay(*view);
     if (!bitmap || !platform::cacheDisplayInBitmap(*view, *bitmap)) return std::nullopt;
+    plan.paintMasks(*view, *bitmap);
     auto png = imaging::encodePNG(*bitmap);  // a failure is zero bytes
     return Drawing{std::move(*bitmap), std::move(png)};
 }
 
-std::optional<std::vector<uint8_t>> drawPNG(const std::shared_ptr<platform::View>& view) {
-    auto drawing = drawView(view);
-    if (!drawing) return std::nullopt;
-    return std::move(drawing->png);
+std::string fileNameFor(const std::shared_ptr<platform::View>& view, const JTKScreenshotPlan& plan) {
+    return (plan.isMasked(*view) ? maskedScreenshotFileName(view) : screenshotFileName(view)) + ".png";
 }
 
 // The same picture: the same bytes, or (an image accepted with another
@@ -88,7 +90,9 @@ bool showsTheSame(const std::vector<uint8_t>& accepted, const Drawing& drawing) 
     return decoded && *decoded == drawing.bitmap;
 }
 
-bool underThreshold(const std::vector<uint8_t>& png) { return static_cast<int64_t>(png.size()) < fileSizeThreshold(); }
+bool underThreshold(const std::vector<uint8_t>& png, int64_t threshold) {
+    return static_cast<int64_t>(png.size()) < threshold;
+}
 
 // Makes the folder with its parents; a failure is reported in one line.
 bool makeFolder(const fs::path& folder) {
@@ -125,16 +129,17 @@ void writeCapturedList(const fs::path& testFolder, const std::vector<std::string
 }  // namespace
 
 std::optional<std::vector<uint8_t>> JTKScreenshotCapture::capturePNG(const std::shared_ptr<platform::View>& view) {
-    auto png = drawPNG(view);
-    if (!png || underThreshold(*png)) return std::nullopt;
-    return png;
+    auto drawing = drawView(view, JTKScreenshotPlan::current());
+    if (!drawing || underThreshold(drawing->png, fileSizeThreshold())) return std::nullopt;
+    return std::move(drawing->png);
 }
 
 JTKScreenshotCapture::WriteResult JTKScreenshotCapture::writeCapture(const fs::path& folder,
                                                                      const std::shared_ptr<platform::View>& view) {
-    auto png = capturePNG(view);
-    if (!png) return WriteResult::noCapture;
-    return writePNG(folder, screenshotFileName(view) + ".png", *png) ? WriteResult::written : WriteResult::failed;
+    auto plan = JTKScreenshotPlan::current();
+    auto drawing = drawView(view, plan);
+    if (!drawing || underThreshold(drawing->png, fileSizeThreshold())) return WriteResult::noCapture;
+    return writePNG(folder, fileNameFor(view, plan), drawing->png) ? WriteResult::written : WriteResult::failed;
 }
 
 JTKCaptureReport JTKScreenshotCapture::captureScreenshots(const std::string& testTag) {
@@ -144,19 +149,23 @@ JTKCaptureReport JTKScreenshotCapture::captureScreenshots(const std::string& tes
 
     JTKCaptureReport report;
     std::vector<std::string> captured;
+    // The settings made by the tests' code, and the threshold, once for the capture.
+    const auto plan = JTKScreenshotPlan::current();
+    const int64_t threshold = fileSizeThreshold();
     for (const auto& window : platform::sharedApplication()->windows()) {
         auto content = window ? window->contentView() : nullptr;
         if (!content) continue;
         for (const auto& view : jtkAllViews(content)) {
+            if (!plan.photographs(*view)) continue;
             // Drawn and encoded once: the same bytes are compared and written.
-            auto drawing = drawView(view);
+            auto drawing = drawView(view, plan);
             if (!drawing) continue;
             const auto* png = &drawing->png;
-            if (underThreshold(*png)) {
+            if (underThreshold(*png, threshold)) {
                 ++report.underThreshold;
                 continue;
             }
-            std::string fileName = screenshotFileName(view) + ".png";
+            std::string fileName = fileNameFor(view, plan);
             if (std::find(captured.begin(), captured.end(), fileName) == captured.end()) captured.push_back(fileName);
             auto accepted = readWholeFile(testFolder / fileName);
             if (accepted && showsTheSame(*accepted, *drawing)) {

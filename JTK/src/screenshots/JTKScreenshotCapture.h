@@ -2,7 +2,9 @@
 // screenshot root by version tag and test tag. A capture that matches its
 // accepted image byte for byte leaves no trace; a view without an accepted
 // image gets one; a view that looks different gets its new image in the test
-// folder's "temp" folder. Main thread only.
+// folder's "temp" folder. What the pictures take in (the size threshold,
+// views left out, masks) is what the tests' code set through JTKScreenshots,
+// read once per capture (JTKScreenshotPlan). Main thread only.
 #pragma once
 
 #include <cstdint>

@@ -8,7 +8,8 @@
 #include "elements/JTKViewTexts.h"
 #include "run/JTKMainThread.h"
 #include "run/JTKRunConfiguration.h"
-#include "JTK/platform/Process.h"
+#include "JTK/JTKScreenshots.h"
+#include "JTK/platform/Window.h"
 
 namespace jtk {
 
@@ -69,19 +70,46 @@ std::string jtkScreenshotFileName(const std::string& name, const std::string& va
     return texts + geometry;
 }
 
-std::string screenshotFileName(const std::shared_ptr<platform::View>& view) {
-    if (!view) return jtkScreenshotFileName({}, {}, 0, {}, {});
-    std::string name = viewName(view), value = viewValue(view);
+namespace {
+
+// The origin of the name: the frame origin, taken as a point of the view's
+// own coordinates (that is the name's rule) and converted into window
+// coordinates measured from the content view's origin. The window's
+// decorations (a window manager's borders, a headless screen's frame
+// margins) lie outside the content view, so they never enter a name; the
+// content view itself is at (0, 0). Where the window sits on screen never
+// enters either.
+platform::Point nameOrigin(const platform::View& view) {
+    platform::Rect frame = view.frame();
+    platform::Point origin = view.convertRectToWindow({frame.origin.x, frame.origin.y, 0, 0}).origin;
+    auto window = view.window();
+    auto content = window ? window->contentView() : nullptr;
+    if (!content) return origin;
+    if (content.get() == &view) return {0, 0};
+    platform::Point contentOrigin = content->convertRectToWindow(content->bounds()).origin;
+    return {origin.x - contentOrigin.x, origin.y - contentOrigin.y};
+}
+
+std::string fileNameOf(const std::shared_ptr<platform::View>& view, const std::string& value) {
+    std::string name = viewName(view);
     return jtkOnMainThread([&] {
-        platform::Rect frame = view->frame();
-        // The frame origin is in the superview's coordinates, but it is
-        // converted as a point of the view's own: that is the name's rule.
-        platform::Point origin = view->convertRectToWindow({frame.origin.x, frame.origin.y, 0, 0}).origin;
-        return jtkScreenshotFileName(name, value, view->subviews().size(), origin, frame.size);
+        return jtkScreenshotFileName(name, value, view->subviews().size(), nameOrigin(*view), view->frame().size);
     });
 }
 
-int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments) {
+}  // namespace
+
+std::string screenshotFileName(const std::shared_ptr<platform::View>& view) {
+    if (!view) return jtkScreenshotFileName({}, {}, 0, {}, {});
+    return fileNameOf(view, viewValue(view));
+}
+
+std::string maskedScreenshotFileName(const std::shared_ptr<platform::View>& view) {
+    if (!view) return jtkScreenshotFileName({}, {}, 0, {}, {});
+    return fileNameOf(view, {});
+}
+
+std::optional<int64_t> jtkFileSizeThresholdArgument(const std::vector<std::string>& arguments) {
     constexpr std::string_view key = "fileSizeThresh=";
     for (const auto& argument : arguments) {
         if (argument.find(key) == std::string::npos) continue;
@@ -97,16 +125,19 @@ int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments) {
         auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude);
         bool whole = !digits.empty() && error == std::errc() && end == digits.data() + digits.size();
         constexpr auto limit = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
-        if (!whole || magnitude > limit + (negative ? 1 : 0)) return jtkDefaultFileSizeThreshold;
+        if (!whole || magnitude > limit + (negative ? 1 : 0)) return std::nullopt;
         if (negative) return magnitude == limit + 1 ? std::numeric_limits<int64_t>::min() : -static_cast<int64_t>(magnitude);
         return static_cast<int64_t>(magnitude);
     }
-    return jtkDefaultFileSizeThreshold;
+    return std::nullopt;
 }
 
-int64_t fileSizeThreshold() {
-    static const int64_t threshold = jtkFileSizeThreshold(platform::processArguments());
-    return threshold;
+int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments, std::optional<int64_t> fromCode) {
+    // An explicit launch argument wins, so a person can override the code.
+    if (auto argument = jtkFileSizeThresholdArgument(arguments)) return *argument;
+    return fromCode.value_or(jtkDefaultFileSizeThreshold);
 }
+
+int64_t fileSizeThreshold() { return JTKScreenshots::sizeThreshold(); }
 
 }  // namespace jtk

@@ -1,9 +1,11 @@
 // The texts of the screenshot store: a view's file name, the numbers in it,
-// and the smallest PNG that is stored (the fileSizeThresh= launch argument).
+// and the smallest PNG that is stored (the fileSizeThresh= launch argument,
+// else the tests' own setting).
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,15 +31,23 @@ std::string jtkScreenshotFileName(const std::string& name, const std::string& va
                                   platform::Point origin, platform::Size size);
 // The file name of a view (without extension): its name and value texts, its
 // number of direct subviews, its frame origin taken as a point of its own
-// coordinates and converted to window coordinates, and its frame size.
+// coordinates and converted to window coordinates measured from the content
+// view's origin (the content view is at (0, 0)), and its frame size.
 std::string screenshotFileName(const std::shared_ptr<platform::View>& view);
+// The same without the value text, for a masked view: what it shows changes
+// from run to run, its name must not.
+std::string maskedScreenshotFileName(const std::shared_ptr<platform::View>& view);
 
 inline constexpr int64_t jtkDefaultFileSizeThreshold = 30000;
-// The threshold of these launch arguments: the first argument that contains
-// "fileSizeThresh=", with every occurrence of that removed, read as a decimal
-// integer (optional sign, digits, nothing else); else 30000.
-int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments);
-// The threshold of this process's launch arguments, read once on first use.
+// The threshold that these launch arguments set: the first argument that
+// contains "fileSizeThresh=", with every occurrence of that removed, read as
+// a decimal integer (optional sign, digits, nothing else); none when there is
+// no such argument or its rest is not such an integer.
+std::optional<int64_t> jtkFileSizeThresholdArgument(const std::vector<std::string>& arguments);
+// The threshold in force: the launch arguments', else the one the tests' code
+// set (JTKScreenshots::setSizeThreshold), else 30000.
+int64_t jtkFileSizeThreshold(const std::vector<std::string>& arguments, std::optional<int64_t> fromCode = std::nullopt);
+// The threshold in force for this process (JTKScreenshots::sizeThreshold).
 int64_t fileSizeThreshold();
 
 }  // namespace jtk

@@ -21,10 +21,19 @@ namespace jtk::qt {
 void installBackend(QApplication& application);
 
 // Under a test run ("uxtest" among the launch arguments), points
-// FONTCONFIG_FILE at JTK's font configuration (DejaVu only) unless the
-// environment names one. Fontconfig reads it once, so this works fully only
-// before the QApplication is made; installBackend calls it too, for the case
-// where fontconfig has not started yet. Returns the file used, or empty.
+// FONTCONFIG_FILE at JTK's font configuration (DejaVu only) and sets
+// QT_FONT_DPI to 96 (the same logical DPI on every Qt platform), each unless
+// the environment gives one. Fontconfig and Qt read them once, so this works
+// fully only before the QApplication is made; installBackend calls it too,
+// for the case where neither has started yet. Returns the file used, or empty.
 const char* prepareFontConfiguration();
+
+// Under a test run, makes DejaVu Sans 10 pt the application's font, as
+// installBackend does. A program that makes its widgets before it could
+// call installBackend (one run under the loader) has it set as soon as its
+// QApplication exists: a widget's font derived from the default when it is
+// made (a display's "default + 8 pt") then has the same size on every Qt
+// platform, whose own default fonts differ (offscreen 12 pt, X11 9 pt).
+void setTestFont();
 
 }  // namespace jtk::qt
