@@ -196,7 +196,7 @@ if $hasQt; then
   checkRun "$work/find-package/QtConsumer" "find_package, Qt component"
   # The calculator's two tests through the installed loader, when it is there.
   if $hasLoader; then
-    [ -f "$work/find-package/CalculatorUxtests.so" ] || { echo "FAIL: no tests library through find_package"; exit 1; }
+    [ -f "$work/find-package/libCalculatorUxtests.so" ] || { echo "FAIL: no tests library through find_package"; exit 1; }
     checkCtest "$work/find-package" "find_package, Loader component" 4
   else
     checkCtest "$work/find-package" find_package 2

@@ -37,6 +37,7 @@ struct PartCase {
     const char* afterClick;
     // Clicked first, as a person opens what shows the part (none when empty).
     const char* opener = "";
+    friend void PrintTo(const PartCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class QtParts : public QtTest, public ::testing::WithParamInterface<PartCase> {};
@@ -166,6 +167,7 @@ struct FarItemCase {
     // Fills the view with 100 rows (or columns) "Row n", editable, and puts it in the window.
     std::function<QAbstractItemView*(QMainWindow* window)> make;
     const char* typeName;
+    friend void PrintTo(const FarItemCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class QtFarItems : public QtTest, public ::testing::WithParamInterface<FarItemCase> {};
