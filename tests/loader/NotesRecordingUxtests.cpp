@@ -9,11 +9,10 @@
 #include <JTK/platform/Screen.h>
 
 #include <chrono>
-#include <cstdio>
 #include <string>
-#include <thread>
 
 #include "LoadedProgramPaths.h"
+#include "RecordingReport.h"
 
 JTK_PROVIDER(jtkTestDataPath) { return loaded::testDataFolder("notes"); }
 JTK_PROVIDER(jtkScreenshotsPath) { return loaded::screenshotsFolder("notes-recording"); }
@@ -21,19 +20,8 @@ JTK_PROVIDER(jtkThisFilePath) { return __FILE__; }
 
 namespace {
 
-void report(const std::string& line) {
-    std::printf("check: %s\n", line.c_str());
-    std::fflush(stdout);
-}
-
-// Waits up to the limit for recording() to become wanted; false when it did not.
-bool waitForRecording(bool wanted, std::chrono::seconds limit) {
-    for (auto end = std::chrono::steady_clock::now() + limit; std::chrono::steady_clock::now() < end;) {
-        if (jtk::JTKTestSuite::recording() == wanted) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return false;
-}
+using loaded::report;
+using loaded::waitForRecording;
 
 std::string display() { return jtk::JTKTestSuite::element("state").value(); }
 
