@@ -26,8 +26,7 @@ JTK_TEST(testAdds) {
     JTK_CHECK_EQ(display(), "42");
 }
 
-JTK_TEST(testTypesDigits) {
-    press({"Clear All"});
-    jtk::JTKTestSuite::typeText("7");
-    JTK_CHECK_EQ(display(), "7");
+JTK_TEST(testDividesByZero) {
+    press({"Clear All", "7", "\u00F7", "0", "="});
+    JTK_CHECK_EQ(display(), "####");
 }
