@@ -110,6 +110,11 @@ void postEvent(EventTap, const Event& event) { desktop::WindowServer::shared().p
 
 void postEventToPid(int pid, const Event& event) { desktop::WindowServer::shared().postToPid(pid, event); }
 
+// Events go to the application's own queue in order: no faster batch, and
+// nothing to wait for outside the process.
+bool postKeyStrokesToPid(int, const std::vector<KeyStroke>&) { return false; }
+void settleInput() {}
+
 Point mouseLocation() {
     return desktop::WindowServer::screenPointFromEventPoint(desktop::WindowServer::shared().cursorLocation());
 }

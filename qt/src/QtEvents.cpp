@@ -45,6 +45,11 @@ void postEventToPid(int pid, const Event& event) {
     qt::queueDelivery(event);
 }
 
+// Delivery is the backend's own queue, in order: no faster batch, and
+// nothing to wait for outside the process.
+bool postKeyStrokesToPid(int, const std::vector<KeyStroke>&) { return false; }
+void settleInput() {}
+
 Point mouseLocation() { return qt::screenPointFromGlobal(services::HidState::shared().cursor()); }
 
 Point locationInWindow(const Event& event) {

@@ -6,6 +6,7 @@
 #include "run/JTKMainThread.h"
 #include "JTK/JTKTestSuite.h"
 #include "JTK/platform/Application.h"
+#include "JTK/platform/Events.h"
 #include "JTK/platform/Screen.h"
 
 namespace jtk {
@@ -32,6 +33,8 @@ void JTKEventPosting::moveCursor(platform::Point eventPoint) {
 }
 
 void JTKEventPosting::pause(uint32_t microseconds) {
+    // Every pause follows posted input: first let it arrive where it goes.
+    platform::settleInput();
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
 }
 

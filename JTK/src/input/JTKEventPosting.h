@@ -45,7 +45,8 @@ public:
     static void activateApplicationIfNeeded();
     // Moves the cursor to an event point on the main display.
     static void moveCursor(platform::Point eventPoint);
-    // Sleeps the calling thread.
+    // Lets the input posted so far arrive (platform::settleInput), then
+    // sleeps the calling thread.
     static void pause(uint32_t microseconds);
     // A fresh event source with the HID system state, as every action makes one.
     static std::shared_ptr<platform::EventSource> makeEventSource();

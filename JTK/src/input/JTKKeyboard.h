@@ -8,15 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "JTK/platform/Events.h"
+
 namespace jtk {
 
-struct JTKKeyStroke {
-    uint16_t keyCode = 0;
-    uint64_t flags = 0;
-    // Empty for a character typed by its key; else the character itself.
-    std::string unicodeText;
-    bool operator==(const JTKKeyStroke&) const = default;
-};
+// A key stroke as the platform types it.
+using JTKKeyStroke = platform::KeyStroke;
 
 // The keys by name (US ANSI positions): the letters, Return, space and Tab,
 // the digits, and the function keys "F1" to "F12", which type no character.

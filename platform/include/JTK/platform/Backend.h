@@ -37,8 +37,10 @@
 //
 // 2. Application, windows, views (required).   Application.h, Window.h, View.h
 //    sharedApplication()              (main) the Application object: windows
-//        in the platform's order, key window, main menu, activation, name,
-//        local event monitors that see (and may swallow) every event.
+//        in the platform's order (open pop-up surfaces such as popovers and
+//        open menus included, where the toolkit makes them windows), key
+//        window, main menu, activation, name, local event monitors that see
+//        (and may swallow, where the toolkit lets them) every event.
 //    class Window                     a frame view whose only subview is the
 //        content view; frame on screen; close; key window; first responder.
 //    class View                       hierarchy, frame and bounds (never
@@ -59,6 +61,13 @@
 //    locationInWindow(event)          (main) the event in its window's
 //        coordinates: the window under a press, the press's window for drags
 //        and releases.
+//    settleInput()                    (any)  returns once the input posted so far
+//        has arrived and its immediate main-thread work has run; a no-op
+//        where delivery is the backend's own queue (desktop, Qt), a round
+//        trip through the window server where input goes through one (GTK).
+//    postKeyStrokesToPid(pid, strokes) (any) types the strokes as one batch
+//        where that is faster (GTK remaps spare keys for text without a key
+//        of its own once per batch); false, posting nothing, elsewhere.
 //    Shared, not for a backend to define (services): createEventSource,
 //    createMouseEvent, createKeyboardEvent, keyboardEventSetUnicodeString,
 //    moveCursorToPoint, mainDisplayID, currentModifierFlags.

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "JTK/platform/Geometry.h"
 
@@ -106,6 +107,28 @@ void keyboardEventSetUnicodeString(Event& event, const std::string& text);
 void postEvent(EventTap tap, const Event& event);
 // Keyboard events posted to one process.
 void postEventToPid(int pid, const Event& event);
+
+// One key press and release: a key code with its modifier flags, or
+// noKeyCode with the text the stroke types.
+struct KeyStroke {
+    uint16_t keyCode = noKeyCode;
+    uint64_t flags = 0;
+    // Empty for a character typed by its key; else the character itself.
+    std::string unicodeText;
+    bool operator==(const KeyStroke&) const = default;
+};
+// Types the strokes into one process as one batch, where the backend has a
+// faster way than a key event at a time (one that must remap keys for text
+// without a key of its own does it once for the whole batch). Returns false,
+// having posted nothing, when it has none: the caller posts the strokes one
+// by one. Any thread.
+bool postKeyStrokesToPid(int pid, const std::vector<KeyStroke>& strokes);
+
+// Returns once the input posted so far has reached the application and the
+// main-thread work it caused right away has run. A backend whose input goes
+// through a window server (X11) waits for it there; one that delivers on its
+// own main queue has nothing to wait for. Any thread.
+void settleInput();
 
 uint32_t mainDisplayID();
 // Moves the cursor to an event point; posts no event.
