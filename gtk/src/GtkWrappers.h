@@ -1,0 +1,24 @@
+// The platform objects that stand for GTK's widgets. Each GtkWidget met by
+// the framework gets one wrapper, kept in a registry keyed by the widget and
+// dropped when GTK finalises it: the framework holds wrappers weakly, so an
+// element of a destroyed widget finds its view gone. Main thread only.
+#pragma once
+
+#include <gtk/gtk.h>
+#include <memory>
+
+#include "JTK/platform/View.h"
+#include "JTK/platform/Window.h"
+
+namespace jtk::gtk {
+
+// The view of a widget (null for null). A window's child is its content view.
+std::shared_ptr<platform::View> viewFor(GtkWidget* widget);
+// The window of a native widget: a GtkWindow or an open GtkPopover (null for
+// null or any other widget).
+std::shared_ptr<platform::Window> windowFor(GtkWidget* native);
+// The widget a view stands for; null for a window's frame view, for a view
+// of another platform, or when the widget is gone.
+GtkWidget* widgetOf(const platform::View& view);
+
+}  // namespace jtk::gtk
