@@ -59,9 +59,24 @@ void centreOverParent(GtkWidget* window) {
                            std::max(0.0, parentPosition->y + (parentSize.height - size.height) / 2)});
 }
 
-// After a GtkWindow has mapped (its size known): placed, raised, focused.
-gboolean settleMappedWindow(gpointer data) {
-    auto* window = static_cast<GtkWidget*>(data);
+// A window waiting for its first frame, when its surface has its size;
+// freed when the handler goes (after the frame, or with the clock).
+struct FirstFrame {
+    GtkWidget* window;  // a reference of its own
+    GdkFrameClock* clock;
+    gulong handler = 0;
+};
+
+void freeFirstFrame(gpointer data, GClosure*) {
+    auto* frame = static_cast<FirstFrame*>(data);
+    g_object_unref(frame->window);
+    delete frame;
+}
+
+// After a GtkWindow's first frame (its size known): placed, raised, focused.
+void settleMappedWindow(FirstFrame* frame) {
+    auto* window = GTK_WIDGET(g_object_ref(frame->window));
+    g_signal_handler_disconnect(frame->clock, frame->handler);  // frees the frame
     if (gtk_widget_get_mapped(window)) {
         if (!g_object_get_data(G_OBJECT(window), placedKey)) {
             g_object_set_data(G_OBJECT(window), placedKey, GINT_TO_POINTER(1));
@@ -71,7 +86,6 @@ gboolean settleMappedWindow(gpointer data) {
         activateWindow(window);
     }
     g_object_unref(window);
-    return G_SOURCE_REMOVE;
 }
 
 // Every widget's "map": natives are noted as they open, in front.
@@ -86,8 +100,28 @@ gboolean nativeMapped(GSignalInvocationHint*, guint, const GValue* parameters, g
             moveSurfaceTo(widget, *wanted);
             g_object_set_data(G_OBJECT(widget), placedKey, GINT_TO_POINTER(1));
         }
-        g_idle_add_full(G_PRIORITY_HIGH_IDLE, settleMappedWindow, g_object_ref(widget), nullptr);
+        if (GdkFrameClock* clock = gtk_widget_get_frame_clock(widget)) {
+            auto* frame = new FirstFrame{GTK_WIDGET(g_object_ref(widget)), clock};
+            frame->handler = g_signal_connect_data(clock, "after-paint", G_CALLBACK(settleMappedWindow), frame,
+                                                   freeFirstFrame, G_CONNECT_SWAPPED);
+        }
     }
+    return TRUE;
+}
+
+gboolean activateFrontWindow(gpointer) {
+    if (GtkWidget* front = frontVisibleWindow()) activateWindow(front);
+    return G_SOURCE_REMOVE;
+}
+
+// Every widget's "unmap": when the active window goes (a dialog answered,
+// a window the program hides), the front window becomes active, as a window
+// manager makes it; without one the focus would go to the root window and
+// keys nowhere. Once GTK has finished: it may show another window on the way.
+gboolean nativeUnmapped(GSignalInvocationHint*, guint, const GValue* parameters, gpointer) {
+    GtkWidget* widget = GTK_WIDGET(g_value_get_object(&parameters[0]));
+    if (GTK_IS_WINDOW(widget) && gtk_window_is_active(GTK_WINDOW(widget)))
+        g_idle_add_full(G_PRIORITY_DEFAULT, activateFrontWindow, nullptr, nullptr);
     return TRUE;
 }
 
@@ -100,6 +134,7 @@ void startWindowTracking() {
     // GtkWidget's signals exist once its class is made.
     g_type_class_unref(g_type_class_ref(GTK_TYPE_WIDGET));
     g_signal_add_emission_hook(g_signal_lookup("map", GTK_TYPE_WIDGET), 0, nativeMapped, nullptr, nullptr);
+    g_signal_add_emission_hook(g_signal_lookup("unmap", GTK_TYPE_WIDGET), 0, nativeUnmapped, nullptr, nullptr);
     // Windows mapped before the backend started, in GTK's list order.
     GListModel* toplevels = gtk_window_get_toplevels();
     for (guint i = g_list_model_get_n_items(toplevels); i-- > 0;) {

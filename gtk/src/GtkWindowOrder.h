@@ -9,7 +9,8 @@
 //    the front visible window, at (0, 0) when there is none, back at (0, 0)
 //    when it would not fit on the main screen;
 //  - a window that maps is raised and given the keyboard focus, as a window
-//    manager activates a new window; popovers and tooltips are not placed.
+//    manager activates a new window; popovers and tooltips are not placed;
+//  - when the active window unmaps, the front visible window is activated.
 // Main thread only.
 #pragma once
 
