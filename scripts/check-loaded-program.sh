@@ -22,21 +22,24 @@ loader=${1:?usage: check-loaded-program.sh LOADER PROGRAM TESTS_LIBRARY MIN_TEST
 program=${2:?} tests=${3:?} min_tests=${4:?} folder=${5:-$(basename "$2")}
 toolkit=qt
 case $(basename "$loader") in *gtk*) toolkit=gtk ;; esac
-if [ "$toolkit" = gtk ] && [ -z "${JTK_CHECK_DISPLAY_STARTED:-}" ]; then
-  # Again, on an X server and a session bus of its own (both end with it).
-  command -v dbus-run-session >/dev/null || { echo "FAIL: dbus-run-session is not installed (scripts/setup.sh)"; exit 1; }
-  export JTK_CHECK_DISPLAY_STARTED=1
-  exec "$(dirname "$0")/../cmake/JTKPrivateX11.sh" dbus-run-session -- "$0" "$@" 2> >(grep -v '^dbus-daemon' >&2)
-fi
-home=$(mktemp -d)
+home=${JTK_CHECK_HOME:-$(mktemp -d)}
 trap 'rm -rf "$home"' EXIT
 export HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache"
 export XDG_RUNTIME_DIR="$home/runtime" QT_QPA_PLATFORM=offscreen JTK_LOADED_SCREENSHOTS_DIR="$home/Screenshots"
 export GDK_BACKEND=x11
+mkdir -p "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+if [ "$toolkit" = gtk ] && [ -z "${JTK_CHECK_HOME:-}" ]; then
+  # Again, in the same throw-away home, on an X server and a session bus of
+  # its own (both end with it): the bus and the services it starts (dconf's)
+  # take the home's folders from this environment.
+  command -v dbus-run-session >/dev/null || { echo "FAIL: dbus-run-session is not installed (scripts/setup.sh)"; exit 1; }
+  export JTK_CHECK_HOME="$home"
+  exec "$(dirname "$0")/../cmake/JTKPrivateX11.sh" dbus-run-session -- "$0" "$@" 2> >(grep -v '^dbus' >&2)
+fi
 data="$XDG_DATA_HOME/$folder"
 runs="$XDG_CACHE_HOME/jtk/run-settings"
-mkdir -p "$data" "$(dirname "$XDG_CONFIG_HOME/$folder")" "$JTK_LOADED_SCREENSHOTS_DIR" "$XDG_RUNTIME_DIR"
-chmod 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$data" "$(dirname "$XDG_CONFIG_HOME/$folder")" "$JTK_LOADED_SCREENSHOTS_DIR"
 echo "the user's own file" > "$data/mine.txt"
 if [ "$toolkit" = qt ]; then
   printf '[General]\nmine=the user'"'"'s own setting\n' > "$XDG_CONFIG_HOME/$folder.conf"
