@@ -6,8 +6,9 @@
 # untouched, with no word from JTK, and a shell that starts a program must
 # keep its arguments. A Qt loader is checked headless, with a Qt program
 # that has no QApplication (CORE_PROGRAM); the GTK loader on a private X
-# server, with the displays it refuses (another GDK backend, a Wayland
-# display, none, one that cannot be opened) and a listing that needs none.
+# server, with a program that loads GTK only once it runs (CORE_PROGRAM),
+# the displays it refuses (another GDK backend, a Wayland display, none,
+# one that cannot be opened) and a listing that needs none.
 set -euo pipefail
 loader=${1:?usage: check-loader-refusals.sh LOADER PROGRAM TESTS_LIBRARY NO_TESTS_LIBRARY [CORE_PROGRAM]}
 program=${2:?} tests=${3:?} no_tests=${4:?} core_program=${5:-}
@@ -52,8 +53,13 @@ expect_refusal "a library that is not there" "cannot load the tests library" \
 expect_refusal "a library that is not a library" "cannot load the tests library" \
   "$program" uxtest "--jtk-tests=$data/mine.txt"
 expect_refusal "a library without tests" "has no JTK_TEST" "$program" uxtest "--jtk-tests=$no_tests"
-if [ -n "$core_program" ]; then
+# CORE_PROGRAM: a Qt program without a QApplication; a program that loads GTK once it runs.
+if [ -n "$core_program" ] && [ "$toolkit" = qt ]; then
   expect_refusal "a program without a QApplication" "has no QApplication" "$core_program" uxtest "--jtk-tests=$tests"
+elif [ -n "$core_program" ]; then
+  expect_refusal "a program that loads GTK once it runs" \
+    "the launch was not prepared before the program's main (is the loader preloaded with LD_PRELOAD, and the program a GTK 4 program?)" \
+    "$core_program" uxtest "--jtk-tests=$tests"
 fi
 if [ "$toolkit" = gtk ]; then
   for backend in wayland broadway; do
