@@ -54,6 +54,7 @@ JTK_TEST(testTheViewMenuShowsLineNumbersAndKeepsTheChoice) {
 JTK_TEST(testADocumentIsSavedThroughTheFileDialog) {
     const std::string folder = appSupportURL()->string();
     element("EditorSourceView").click();
+    typeKey("a", jtk::command);
     typeText("Saved by JTK");
     typeKey("s", jtk::command);
     // The dialog's name field has the focus: a whole path goes there.
