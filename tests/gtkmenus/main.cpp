@@ -1,6 +1,5 @@
-// GTK on the X server ctest starts (scripts/run-on-xvfb.sh), with the
-// backend installed; the tests run on the main thread and hand their input
-// to a serial queue while the main loop turns.
+// The tests run on GTK's main thread, GTK initialised on the X display
+// scripts/run-on-xvfb.sh gives them and the backend installed.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
@@ -8,14 +7,13 @@
 #include <cstring>
 
 #include "JTK/gtk/GtkBackend.h"
-#include "JTK/services/ProcessInfo.h"
 
 int main(int argc, char** argv) {
-    ::testing::InitGoogleTest(&argc, argv);
-    jtk::services::setProcessArguments(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
     bool listing = false;
     for (int i = 1; i < argc; ++i) listing = listing || std::strcmp(argv[i], "--gtest_list_tests") == 0;
     if (!listing) {
+        jtk::gtk::prepareFontConfiguration();
         if (!gtk_init_check()) {
             std::fprintf(stderr, "no X display: run the tests through scripts/run-on-xvfb.sh\n");
             return 2;
