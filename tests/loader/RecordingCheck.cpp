@@ -5,12 +5,13 @@
 // recorded C++ statements must be exactly the session's, one per action; the
 // test source file they went into is then built again (into the tests
 // library, or into the program built with it) and replayed, and the program
-// must show what it showed the person. Three programs: Debian's Qt
+// must show what it showed the person. Four programs: Debian's Qt
 // calculator example (keys found by title and class, the display a program's
 // own text), a small Qt notes program of ours (a field that empties itself
 // on Return, an F5 shortcut, a menu-bar command without a shortcut chosen
 // with the mouse and the keyboard in the open menu) and its GTK 4 twin built
-// with JTK (the same, the menu command chosen with the mouse, and a button).
+// with JTK (the same, the menu command chosen with the mouse, and a button),
+// and GNOME's calculator, unmodified, under the GTK loader.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -51,10 +52,13 @@ struct Session {
     const char* loader;      // environment variable of the loader; none for a program built with JTK
     const char* platform;    // the toolkit's choice of the X server
     std::vector<Step> steps;
+    const char* shows;  // what the program shows after the steps
     friend void PrintTo(const Session& s, std::ostream* out) { *out << s.label; }
 };
 
 Step press(const std::string& key) { return {Step::click, key, "element(\"" + key + "\", jtk::JTKClass{\"Button\"})"}; }
+// A key of a program whose interface file names its keys: found by that name.
+Step pressNamed(const std::string& key, const std::string& name) { return {Step::click, key, "element(\"" + name + "\")"}; }
 
 std::string environment(const char* name) {
     const char* value = std::getenv(name);
@@ -222,6 +226,7 @@ TEST_P(LoadedProgramRecording, replaysToWhatThePersonSaw) {
         seen = line.substr(std::string("check: the display shows ").size());
         return true;
     }, 20s)) << running->transcript();
+    EXPECT_EQ(seen, session.shows) << "the person's session did not do what it should";
 
     // The program stays for more recordings until it is closed.
     ASSERT_TRUE(running->readUntil([](const std::string& line) { return line.starts_with("JTK: ready to record: "); }, 60s))
@@ -254,7 +259,8 @@ INSTANTIATE_TEST_SUITE_P(
         // 7 + 8 = × 2 =: each key once, by its title; the display is the program's own text, not typing.
         Session{"calculator", "JTK_CALCULATOR", "JTK_CALCULATOR_LIBRARY", "JTK_CALCULATOR_SOURCE", "JTK_CALCULATOR_TEMPLATE",
                 "calculator_recording_uxtests", "^calculator$", "JTK_LOADER", "QT_QPA_PLATFORM=xcb",
-                {press("7"), press("+"), press("8"), press("="), press("\u00D7"), press("2"), press("=")}},
+                {press("7"), press("+"), press("8"), press("="), press("\u00D7"), press("2"), press("=")},
+                "30"},
         // Two notes typed into a field that empties itself on Return, F5, and Edit ▸ Upper Case from the menu bar.
         Session{"notes", "JTK_NOTES", "JTK_NOTES_LIBRARY", "JTK_NOTES_SOURCE", "JTK_NOTES_TEMPLATE", "notes_recording_uxtests",
                 "^Notes$", "JTK_LOADER", "QT_QPA_PLATFORM=xcb",
@@ -265,7 +271,8 @@ INSTANTIATE_TEST_SUITE_P(
                  {Step::keys, "Return", "typeText(\"eggs\\r\");"},
                  {Step::keys, "F5", "typeKey(\"F5\");"},
                  {Step::click, "Edit", ""},
-                 {Step::keys, "Down Return", "element(\"Edit\", jtk::JTKClass{\"QMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}}},
+                 {Step::keys, "Down Return", "element(\"Edit\", jtk::JTKClass{\"QMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}},
+                "MILK, EGGS; refreshed 1"},
         // The same on GTK 4, with the Count button, and the menu item clicked
         // (an open popover takes no keys from a bare X server's focus).
         Session{"gtknotes", "JTK_GTK_NOTES", nullptr, "JTK_GTK_NOTES_SOURCE", "JTK_GTK_NOTES_TEMPLATE", "jtk_gtk_notes",
@@ -279,7 +286,17 @@ INSTANTIATE_TEST_SUITE_P(
                  {Step::click, "Count", "element(\"Count\", jtk::JTKClass{\"GtkButton\"})"},
                  {Step::click, "Edit", ""},
                  {Step::choose, "Upper Case",
-                  "element(\"Edit\", jtk::JTKClass{\"GtkPopoverMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}}}),
+                  "element(\"Edit\", jtk::JTKClass{\"GtkPopoverMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}},
+                "MILK, EGGS; refreshed 1; counted 1"},
+        // GNOME's calculator (GTK 4, unmodified) under the GTK loader: its keys carry the ids of its
+        // interface file; it multiplies before it adds.
+        Session{"gnomecalculator", "JTK_GNOME_CALCULATOR", "JTK_GNOME_CALCULATOR_LIBRARY", "JTK_GNOME_CALCULATOR_SOURCE",
+                "JTK_GNOME_CALCULATOR_TEMPLATE", "gnome_calculator_recording_uxtests", "^Calculator$", "JTK_GTK_LOADER",
+                "GDK_BACKEND=x11",
+                {pressNamed("7", "calc_7_button"), pressNamed("+", "calc_add_button"), pressNamed("8", "calc_8_button"),
+                 pressNamed("\u00D7", "calc_multiply_button"), pressNamed("2", "calc_2_button"),
+                 pressNamed("=", "calc_result_button")},
+                "23"}),
     [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace
