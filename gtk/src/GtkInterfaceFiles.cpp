@@ -5,8 +5,8 @@
 // title, a Label a GtkLabel, a TextField a GtkEntry, an ImageView a
 // GtkPicture, a Button a GtkButton whose action goes to the owner. A view's
 // name becomes its widget name (found as its name); a key equivalent is a
-// shortcut of the window that clicks the button ("\r": Return, which also
-// makes it the window's default). The window has a fixed size and
+// key of the window that clicks the button ("\r": Return, which also makes
+// it the window's default). The window has a fixed size and
 // starts hidden. Main thread only.
 #include <cmath>
 #include <vector>
@@ -91,22 +91,24 @@ private:
     }
 
     // The key clicks the button wherever the window's focus is, as a key
-    // equivalent does (a shortcut of the window, taken before the focus
-    // widget): "\r" is Return, any other text its first character's key.
+    // equivalent does (the window's key controller, taken before the focus
+    // widget): "\r" is Return (or Enter), any other text its first
+    // character's key. The delivered key value is compared, not GTK's
+    // shortcut matching, which reads a keymap the backend's typing changes.
     void addKeyEquivalent(GtkWidget* button, const std::string& key) {
         guint keyval = key == "\r" ? GDK_KEY_Return : gdk_unicode_to_keyval(g_utf8_get_char(key.c_str()));
         if (key == "\r") gtk_window_set_default_widget(GTK_WINDOW(window_), button);
-        if (!shortcuts_) {
-            shortcuts_ = gtk_shortcut_controller_new();
-            gtk_event_controller_set_propagation_phase(shortcuts_, GTK_PHASE_CAPTURE);
-            gtk_widget_add_controller(window_, shortcuts_);
-        }
-        auto* action = gtk_callback_action_new(+[](GtkWidget*, GVariant*, gpointer clicked) -> gboolean {
-            gtk_widget_activate(GTK_WIDGET(clicked));
-            return TRUE;
-        }, button, nullptr);
-        gtk_shortcut_controller_add_shortcut(GTK_SHORTCUT_CONTROLLER(shortcuts_),
-                                             gtk_shortcut_new(gtk_keyval_trigger_new(keyval, GdkModifierType{}), action));
+        GtkEventController* keys = gtk_event_controller_key_new();
+        gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+        g_object_set_data(G_OBJECT(keys), "jtk-key", GUINT_TO_POINTER(keyval));
+        g_signal_connect(keys, "key-pressed", G_CALLBACK(+[](GtkEventControllerKey* controller, guint pressed, guint,
+                                                             GdkModifierType state, GtkWidget* clicked) -> gboolean {
+            guint wanted = GPOINTER_TO_UINT(g_object_get_data(G_OBJECT(controller), "jtk-key"));
+            bool enter = wanted == GDK_KEY_Return && (pressed == GDK_KEY_KP_Enter || pressed == GDK_KEY_ISO_Enter);
+            if ((pressed != wanted && !enter) || (state & gtk_accelerator_get_default_mod_mask())) return FALSE;
+            return gtk_widget_activate(clicked);
+        }), button);
+        gtk_widget_add_controller(window_, keys);
     }
 
     // A button's action, sent to the owner while it lives (the window holds it weakly).
@@ -117,7 +119,6 @@ private:
 
     std::shared_ptr<platform::InterfaceOwner> owner_;
     GtkWidget* window_;
-    GtkEventController* shortcuts_ = nullptr;
     std::vector<std::pair<std::string, GtkWidget*>> outlets_;
 };
 

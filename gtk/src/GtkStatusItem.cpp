@@ -64,76 +64,88 @@ int screenWidth() {
     return geometry.x + geometry.width;
 }
 
+// An item's window and button, laid out with the others on the main thread.
+// The item may be let go on another thread: its strip goes on the main
+// thread, so the layout never meets a half-gone item.
+struct Strip {
+    double length;
+    GtkWidget* window;  // a reference of the strip's own
+    GtkWidget* button;
+    std::function<void()> action;
+
+    std::string title() const {
+        const char* label = gtk_button_get_label(GTK_BUTTON(button));
+        return label ? label : "";
+    }
+    int width() const {
+        if (length >= 0) return static_cast<int>(length);
+        return static_cast<int>(std::ceil(2 * titlePadding + pointsPerCharacter * static_cast<double>(characterCount(title()))));
+    }
+};
+
+std::vector<std::shared_ptr<Strip>>& strips() {
+    static auto* list = new std::vector<std::shared_ptr<Strip>>;
+    return *list;
+}
+
+// Items are laid out right to left from the screen's right edge.
+void layOut() {
+    int right = screenWidth() - rightMargin;
+    for (const auto& strip : strips()) {
+        int width = strip->width();
+        right -= width;
+        gtk_widget_set_size_request(strip->button, width, stripHeight);
+        gtk_window_set_default_size(GTK_WINDOW(strip->window), width, stripHeight);
+        placeWindow(strip->window, {static_cast<double>(right), 0});
+        if (gtk_widget_get_mapped(strip->window)) raiseSurface(strip->window, false);
+    }
+}
+
+std::shared_ptr<Strip> makeStrip(double length) {
+    auto strip = std::make_shared<Strip>(Strip{length, gtk_window_new(), nullptr, {}});
+    g_object_ref_sink(strip->window);
+    gtk_window_set_decorated(GTK_WINDOW(strip->window), FALSE);
+    gtk_window_set_resizable(GTK_WINDOW(strip->window), FALSE);
+    keepFromFocus(strip->window);
+    strip->button = GTK_WIDGET(g_object_new(statusBarButtonType(), nullptr));
+    gtk_widget_set_focusable(strip->button, FALSE);
+    gtk_widget_set_focus_on_click(strip->button, FALSE);
+    styleCompact(strip->button);
+    gtk_window_set_child(GTK_WINDOW(strip->window), strip->button);
+    g_signal_connect(strip->button, "clicked", G_CALLBACK(+[](GtkButton*, Strip* clicked) {
+        if (auto action = clicked->action) action();  // a copy: the action may replace itself
+    }), strip.get());
+    strips().push_back(strip);
+    return strip;
+}
+
 class GtkStatusItem : public platform::StatusItem {
 public:
-    explicit GtkStatusItem(double length) : length_(length) {
-        window_ = gtk_window_new();
-        g_object_ref_sink(window_);
-        gtk_window_set_decorated(GTK_WINDOW(window_), FALSE);
-        gtk_window_set_resizable(GTK_WINDOW(window_), FALSE);
-        keepFromFocus(window_);
-        button_ = GTK_WIDGET(g_object_new(statusBarButtonType(), nullptr));
-        gtk_widget_set_focusable(button_, FALSE);
-        gtk_widget_set_focus_on_click(button_, FALSE);
-        styleCompact(button_);
-        gtk_window_set_child(GTK_WINDOW(window_), button_);
-        g_signal_connect(button_, "clicked", G_CALLBACK(+[](GtkButton*, GtkStatusItem* item) {
-            if (auto action = item->action_) action();
-        }), this);
-        items().push_back(this);
+    explicit GtkStatusItem(double length) : strip_(makeStrip(length)) {
+        layOut();
+        gtk_widget_set_visible(strip_->window, TRUE);
     }
     ~GtkStatusItem() override {
-        std::erase(items(), this);
-        g_signal_handlers_disconnect_by_data(button_, this);
-        GtkWidget* window = window_;
-        enqueueOnMain([window] {
-            gtk_window_destroy(GTK_WINDOW(window));
-            g_object_unref(window);
+        enqueueOnMain([strip = strip_] {
+            std::erase(strips(), strip);
+            g_signal_handlers_disconnect_by_data(strip->button, strip.get());
+            gtk_window_destroy(GTK_WINDOW(strip->window));
+            g_object_unref(strip->window);
             layOut();
         });
     }
 
-    std::string title() const override {
-        const char* label = gtk_button_get_label(GTK_BUTTON(button_));
-        return label ? label : "";
-    }
+    std::string title() const override { return strip_->title(); }
     void setTitle(const std::string& title) override {
-        gtk_button_set_label(GTK_BUTTON(button_), title.c_str());
-        gtk_widget_set_visible(window_, TRUE);
+        gtk_button_set_label(GTK_BUTTON(strip_->button), title.c_str());
+        gtk_widget_set_visible(strip_->window, TRUE);
         layOut();
     }
-    void setAction(std::function<void()> action) override { action_ = std::move(action); }
-    std::shared_ptr<platform::View> button() const override { return viewFor(button_); }
-
-    void show() { gtk_widget_set_visible(window_, TRUE); }
-
-    // Items are laid out right to left from the screen's right edge.
-    static void layOut() {
-        int right = screenWidth() - rightMargin;
-        for (GtkStatusItem* item : items()) {
-            int width = item->width();
-            right -= width;
-            gtk_widget_set_size_request(item->button_, width, stripHeight);
-            gtk_window_set_default_size(GTK_WINDOW(item->window_), width, stripHeight);
-            placeWindow(item->window_, {static_cast<double>(right), 0});
-            if (gtk_widget_get_mapped(item->window_)) raiseSurface(item->window_, false);
-        }
-    }
+    void setAction(std::function<void()> action) override { strip_->action = std::move(action); }
+    std::shared_ptr<platform::View> button() const override { return viewFor(strip_->button); }
 
 private:
-    static std::vector<GtkStatusItem*>& items() {
-        static auto* list = new std::vector<GtkStatusItem*>;
-        return *list;
-    }
-    int width() const {
-        if (length_ >= 0) return static_cast<int>(length_);
-        return static_cast<int>(std::ceil(2 * titlePadding + pointsPerCharacter * static_cast<double>(characterCount(title()))));
-    }
-
-    double length_;
-    GtkWidget* window_;
-    GtkWidget* button_;
-    std::function<void()> action_;
+    std::shared_ptr<Strip> strip_;
 };
 
 }  // namespace
@@ -143,10 +155,7 @@ private:
 namespace jtk::platform {
 
 std::shared_ptr<StatusItem> statusItemWithLength(double length) {
-    auto item = std::make_shared<gtk::GtkStatusItem>(length);
-    gtk::GtkStatusItem::layOut();
-    item->show();
-    return item;
+    return std::make_shared<gtk::GtkStatusItem>(length);
 }
 
 }  // namespace jtk::platform
