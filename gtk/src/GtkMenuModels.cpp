@@ -13,6 +13,7 @@
 #include "GtkWrappers.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Notifications.h"
+#include "JTK/platform/Process.h"
 
 namespace jtk::gtk {
 
@@ -35,8 +36,12 @@ std::string stringAttribute(GMenuModel* model, int index, const char* name) {
 template <class T>
 struct Ref {
     T* object = nullptr;
-    explicit Ref(T* o) : object(o) { if (object) g_object_ref(object); }
-    ~Ref() { if (object) g_object_unref(object); }
+    explicit Ref(T* o) : object(o) {
+        if (object) g_object_ref(object);
+    }
+    ~Ref() {
+        if (object) g_object_unref(object);
+    }
     Ref(const Ref&) = delete;
     Ref& operator=(const Ref&) = delete;
 };
@@ -232,7 +237,9 @@ public:
         gboolean found = gtk_widget_activate_action_variant(widget, action.c_str(), parameter);
         performing = false;
         if (parameter) g_variant_unref(parameter);
-        if (!found) g_warning("JTK: the menu item \"%s\" names the action %s, which nothing provides", item->title().c_str(), action.c_str());
+        if (!found)
+            platform::systemLog("JTK GTK: the menu item \"" + item->title() + "\" names the action " + action +
+                                ", which nothing provides");
         platform::defaultNotificationCenter().post(platform::menuDidSendActionNotification, protector,
                                                    platform::ValueDictionary{{"MenuItem", item}});
     }
