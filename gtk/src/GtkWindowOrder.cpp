@@ -15,6 +15,7 @@ constexpr double cascadeStep = 24;
 constexpr const char* frontOrderKey = "jtk-front-order";
 constexpr const char* placementKey = "jtk-placement";  // a platform::Point* the program asked for
 constexpr const char* placedKey = "jtk-placed";
+constexpr const char* noFocusKey = "jtk-takes-no-focus";
 
 uint64_t frontCounter = 0;
 
@@ -83,7 +84,8 @@ void settleMappedWindow(FirstFrame* frame) {
             if (gtk_window_get_transient_for(GTK_WINDOW(window))) centreOverParent(window);
             else if (auto position = cascadePosition(window)) moveSurfaceTo(window, *position);
         }
-        activateWindow(window);
+        if (g_object_get_data(G_OBJECT(window), noFocusKey)) raiseSurface(window, false);
+        else activateWindow(window);
     }
     g_object_unref(window);
 }
@@ -190,6 +192,8 @@ void placeWindow(GtkWidget* window, platform::Point topLeft) {
         moveSurfaceTo(window, topLeft);
     }
 }
+
+void keepFromFocus(GtkWidget* window) { g_object_set_data(G_OBJECT(window), noFocusKey, GINT_TO_POINTER(1)); }
 
 void activateWindow(GtkWidget* window) {
     if (!window) return;
