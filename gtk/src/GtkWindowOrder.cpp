@@ -111,8 +111,13 @@ gboolean nativeMapped(GSignalInvocationHint*, guint, const GValue* parameters, g
     return TRUE;
 }
 
+// The front window that takes the keyboard focus (not the status item's).
 gboolean activateFrontWindow(gpointer) {
-    if (GtkWidget* front = frontVisibleWindow()) activateWindow(front);
+    for (GtkWidget* window : orderedWindows()) {
+        if (g_object_get_data(G_OBJECT(window), noFocusKey)) continue;
+        activateWindow(window);
+        break;
+    }
     return G_SOURCE_REMOVE;
 }
 
