@@ -40,7 +40,7 @@ bool byFrontOrder(GtkWidget* a, GtkWidget* b) { return frontOrderOf(a) > frontOr
 std::optional<platform::Point> cascadePosition(GtkWidget* window) {
     platform::Point next{0, 0};
     for (GtkWidget* other : orderedWindows()) {
-        if (other == window) continue;
+        if (other == window || g_object_get_data(G_OBJECT(other), noFocusKey)) continue;
         if (auto position = rootPositionOf(other)) next = {position->x + cascadeStep, position->y + cascadeStep};
         break;
     }
@@ -111,13 +111,8 @@ gboolean nativeMapped(GSignalInvocationHint*, guint, const GValue* parameters, g
     return TRUE;
 }
 
-// The front window that takes the keyboard focus (not the status item's).
 gboolean activateFrontWindow(gpointer) {
-    for (GtkWidget* window : orderedWindows()) {
-        if (g_object_get_data(G_OBJECT(window), noFocusKey)) continue;
-        activateWindow(window);
-        break;
-    }
+    if (GtkWidget* front = frontVisibleWindow()) activateWindow(front);
     return G_SOURCE_REMOVE;
 }
 
