@@ -15,6 +15,7 @@ constexpr double cascadeStep = 24;
 constexpr const char* frontOrderKey = "jtk-front-order";
 constexpr const char* placementKey = "jtk-placement";  // a platform::Point* the program asked for
 constexpr const char* placedKey = "jtk-placed";
+constexpr const char* noFocusKey = "jtk-takes-no-focus";
 
 uint64_t frontCounter = 0;
 
@@ -39,7 +40,7 @@ bool byFrontOrder(GtkWidget* a, GtkWidget* b) { return frontOrderOf(a) > frontOr
 std::optional<platform::Point> cascadePosition(GtkWidget* window) {
     platform::Point next{0, 0};
     for (GtkWidget* other : orderedWindows()) {
-        if (other == window) continue;
+        if (other == window || g_object_get_data(G_OBJECT(other), noFocusKey)) continue;
         if (auto position = rootPositionOf(other)) next = {position->x + cascadeStep, position->y + cascadeStep};
         break;
     }
@@ -83,7 +84,8 @@ void settleMappedWindow(FirstFrame* frame) {
             if (gtk_window_get_transient_for(GTK_WINDOW(window))) centreOverParent(window);
             else if (auto position = cascadePosition(window)) moveSurfaceTo(window, *position);
         }
-        activateWindow(window);
+        if (g_object_get_data(G_OBJECT(window), noFocusKey)) raiseSurface(window, false);
+        else activateWindow(window);
     }
     g_object_unref(window);
 }
@@ -174,8 +176,10 @@ std::vector<GtkWidget*> listedNatives() {
 }
 
 GtkWidget* frontVisibleWindow() {
-    auto windows = orderedWindows();
-    return windows.empty() ? nullptr : windows.front();
+    // A window kept from the focus (the status item's) is never the one to activate or cascade from.
+    for (GtkWidget* window : orderedWindows())
+        if (!g_object_get_data(G_OBJECT(window), noFocusKey)) return window;
+    return nullptr;
 }
 
 void bringToFront(GtkWidget* native) {
@@ -190,6 +194,8 @@ void placeWindow(GtkWidget* window, platform::Point topLeft) {
         moveSurfaceTo(window, topLeft);
     }
 }
+
+void keepFromFocus(GtkWidget* window) { g_object_set_data(G_OBJECT(window), noFocusKey, GINT_TO_POINTER(1)); }
 
 void activateWindow(GtkWidget* window) {
     if (!window) return;

@@ -30,13 +30,16 @@ std::vector<GtkWidget*> orderedWindows();
 std::vector<GtkWidget*> openPopups();
 // Every mapped native: the pop-ups, then the windows.
 std::vector<GtkWidget*> listedNatives();
-// The first visible window of orderedWindows(), or null.
+// The first visible window of orderedWindows() not kept from the focus, or null.
 GtkWidget* frontVisibleWindow();
 // Marks the window as front-most.
 void bringToFront(GtkWidget* native);
 // Places a window's top left corner at a point of the main screen (y down):
 // now when it has a surface, else when it maps. It is then not cascaded.
 void placeWindow(GtkWidget* window, platform::Point topLeft);
+// Marks a window that never takes the keyboard focus (the status item's):
+// when it maps it is raised, not activated.
+void keepFromFocus(GtkWidget* window);
 // Raises, focuses and brings to the front a GtkWindow (not a pop-up).
 void activateWindow(GtkWidget* window);
 
