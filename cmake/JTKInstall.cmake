@@ -6,8 +6,8 @@
 # Its targets are an export of their own (JTKQtTargets.cmake), read only when
 # the component is asked for, so that a consumer without Qt never needs Qt.
 # When the loaders are built (JTK_LOADERS), they are installed too, each an
-# export of its own, for the UI tests of Qt programs built without JTK:
-#   find_package(JTK 0.3 REQUIRED COMPONENTS Loader)  →  JTK::qt5_loader, JTK::qt6_loader
+# export of its own, for the UI tests of Qt and GTK programs built without JTK:
+#   find_package(JTK 0.3 REQUIRED COMPONENTS Loader)  →  JTK::qt5_loader, JTK::qt6_loader, JTK::gtk4_loader
 # with jtk_add_tests_library() to make a tests library against one.
 include(CMakePackageConfigHelpers)
 
@@ -75,17 +75,21 @@ if(TARGET jtk_gtk)
     DESTINATION ${JTK_INSTALL_CMAKEDIR})
 endif()
 
-# The loaders (their pkg-config files are below).
+# The loaders (their pkg-config files are below), each an export of its own
+# named after its toolkit: JTKQt5LoaderTargets.cmake, JTKGtk4LoaderTargets.cmake.
 set(JTK_PACKAGE_LOADERS "")
-foreach(qtMajor 5 6)
-  if(TARGET jtk_qt${qtMajor}_loader)
-    list(APPEND JTK_PACKAGE_LOADERS ${qtMajor})
-    install(TARGETS jtk_qt${qtMajor}_loader
-      EXPORT JTKQt${qtMajor}LoaderTargets
+foreach(loader qt5 qt6 gtk4)
+  if(TARGET jtk_${loader}_loader)
+    list(APPEND JTK_PACKAGE_LOADERS ${loader})
+    string(SUBSTRING ${loader} 0 1 first)
+    string(TOUPPER ${first} first)
+    string(SUBSTRING ${loader} 1 -1 rest)
+    install(TARGETS jtk_${loader}_loader
+      EXPORT JTK${first}${rest}LoaderTargets
       LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-    install(EXPORT JTKQt${qtMajor}LoaderTargets
+    install(EXPORT JTK${first}${rest}LoaderTargets
       NAMESPACE JTK::
-      FILE JTKQt${qtMajor}LoaderTargets.cmake
+      FILE JTK${first}${rest}LoaderTargets.cmake
       DESTINATION ${JTK_INSTALL_CMAKEDIR})
   endif()
 endforeach()
@@ -114,6 +118,8 @@ install(FILES
     ${CMAKE_CURRENT_LIST_DIR}/JTKUxTestRun.cmake
     ${CMAKE_CURRENT_LIST_DIR}/JTKTestsLibrary.cmake
   DESTINATION ${JTK_INSTALL_CMAKEDIR})
+# What jtk_add_uxtests runs the tests of a GTK program on.
+install(PROGRAMS ${CMAKE_CURRENT_LIST_DIR}/JTKPrivateX11.sh DESTINATION ${JTK_INSTALL_CMAKEDIR})
 
 # The pkg-config file finds its prefix from where it lies, so an install moved
 # elsewhere (cmake --install --prefix, a staging DESTDIR) still points at itself.
@@ -133,8 +139,17 @@ foreach(kind LIBDIR INCLUDEDIR)
 endforeach()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/jtk.pc.in ${PROJECT_BINARY_DIR}/jtk.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/jtk.pc DESTINATION ${JTK_INSTALL_PKGCONFIGDIR})
-# A tests library built without CMake: pkg-config --cflags --libs jtk-qt5-loader.
-foreach(JTK_PC_QT_MAJOR IN LISTS JTK_PACKAGE_LOADERS)
-  configure_file(${CMAKE_CURRENT_LIST_DIR}/jtk-loader.pc.in ${PROJECT_BINARY_DIR}/jtk-qt${JTK_PC_QT_MAJOR}-loader.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/jtk-qt${JTK_PC_QT_MAJOR}-loader.pc DESTINATION ${JTK_INSTALL_PKGCONFIGDIR})
+# A tests library built without CMake: pkg-config --cflags --libs jtk-qt5-loader
+# (jtk-qt6-loader, jtk-gtk4-loader).
+foreach(JTK_PC_LOADER IN LISTS JTK_PACKAGE_LOADERS)
+  if(JTK_PC_LOADER STREQUAL "gtk4")
+    set(JTK_PC_TOOLKIT "GTK 4")
+    set(JTK_PC_REQUIRES gtk4)
+  else()
+    string(SUBSTRING ${JTK_PC_LOADER} 2 1 qtMajor)
+    set(JTK_PC_TOOLKIT "Qt ${qtMajor}")
+    set(JTK_PC_REQUIRES Qt${qtMajor}Widgets)
+  endif()
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/jtk-loader.pc.in ${PROJECT_BINARY_DIR}/jtk-${JTK_PC_LOADER}-loader.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/jtk-${JTK_PC_LOADER}-loader.pc DESTINATION ${JTK_INSTALL_PKGCONFIGDIR})
 endforeach()

@@ -7,8 +7,9 @@ set(home "${JTK_WORK_DIR}/${JTK_TEST}")
 file(REMOVE_RECURSE "${home}")
 file(MAKE_DIRECTORY "${home}/data" "${home}/config" "${home}/cache" "${home}/runtime" "${JTK_RESULTS_DIR}")
 file(CHMOD "${home}/runtime" DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+# JTK_LAUNCHER, when set, starts what the test needs around it (a private X server).
 execute_process(
-  COMMAND "${CMAKE_COMMAND}" -E env "HOME=${home}" "XDG_DATA_HOME=${home}/data" "XDG_CONFIG_HOME=${home}/config"
+  COMMAND ${JTK_LAUNCHER} "${CMAKE_COMMAND}" -E env "HOME=${home}" "XDG_DATA_HOME=${home}/data" "XDG_CONFIG_HOME=${home}/config"
           "XDG_CACHE_HOME=${home}/cache" "XDG_RUNTIME_DIR=${home}/runtime" ${JTK_ENVIRONMENT}
           "${JTK_PROGRAM}" uxtest --jtk-ci "--jtk-filter=${JTK_TEST}" "--jtk-timeout=${JTK_TIME_LIMIT}"
           "--jtk-junit=${JTK_RESULTS_DIR}/${JTK_TEST}.xml" "--jtk-results=${JTK_RESULTS_DIR}" ${JTK_ARGS}

@@ -7,12 +7,18 @@
 #     [ENVIRONMENT <NAME=value>...]   more environment, e.g. QT_QPA_PLATFORM=offscreen
 #     [LABELS <label>...]             ctest labels of every test
 #     [DISCOVERY_TIMEOUT <seconds>]   how long listing the tests may take; default 60
-#     [PROGRAM <path>])               for a tests library: the program it tests
+#     [PROGRAM <path>]                for a tests library: the program it tests
+#     [PRIVATE_X11])                  each test on a private X server (Xvfb) of its own
 #
 # <target> is an application built with JTK or, with PROGRAM, a tests
 # library made by jtk_add_tests_library(): the program (built without JTK)
 # then runs with the library's loader preloaded and the library named in
 # JTK_TESTS_LIBRARY, and everything below applies to it alike.
+#
+# With PRIVATE_X11, and for the tests library of a GTK program unless its
+# ENVIRONMENT names a DISPLAY, each test runs on an X server of its own
+# (JTKPrivateX11.sh: Xvfb on a display number it chooses), so that tests
+# side by side never share a screen and none needs the person's display.
 #
 # After every build of the target its tests are listed (<target> uxtest
 # --jtk-list) and one ctest is made for each, so `ctest -R` picks tests by
@@ -33,7 +39,7 @@ function(jtk_add_uxtests target)
   # The scripts beside this file, wherever the function is called from (a
   # project that adds JTK as a subdirectory calls it from its own folder).
   set(_JTK_UXTESTS_DIR "${CMAKE_CURRENT_FUNCTION_LIST_DIR}")
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TEST_PREFIX;TIME_LIMIT;DISCOVERY_TIMEOUT;PROGRAM" "ARGS;ENVIRONMENT;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "PRIVATE_X11" "TEST_PREFIX;TIME_LIMIT;DISCOVERY_TIMEOUT;PROGRAM" "ARGS;ENVIRONMENT;LABELS")
   if(NOT TARGET ${target})
     message(FATAL_ERROR "jtk_add_uxtests: ${target} is not a target")
   endif()
@@ -60,6 +66,14 @@ function(jtk_add_uxtests target)
     endif()
     set(program "${arg_PROGRAM}")
     set(loader_environment "LD_PRELOAD=$<TARGET_FILE:${loader}>;JTK_TESTS_LIBRARY=$<TARGET_FILE:${target}>")
+    get_target_property(display ${target} JTK_LOADER_DISPLAY)
+    if(display STREQUAL "x11" AND NOT arg_ENVIRONMENT MATCHES "(^|;)DISPLAY=")
+      set(arg_PRIVATE_X11 ON)
+    endif()
+  endif()
+  set(launcher "")
+  if(arg_PRIVATE_X11)
+    set(launcher "${_JTK_UXTESTS_DIR}/JTKPrivateX11.sh")
   endif()
 
   set(base "${CMAKE_CURRENT_BINARY_DIR}/jtk-uxtests/${target}")
@@ -74,6 +88,7 @@ set(JTK_TEST_PREFIX [==[${arg_TEST_PREFIX}]==])
 set(JTK_TIME_LIMIT [==[${arg_TIME_LIMIT}]==])
 set(JTK_ARGS [==[${arg_ARGS}]==])
 set(JTK_ENVIRONMENT [==[${loader_environment};${arg_ENVIRONMENT}]==])
+set(JTK_LAUNCHER [==[${launcher}]==])
 set(JTK_LABELS [==[${arg_LABELS}]==])
 set(JTK_DISCOVERY_TIMEOUT [==[${arg_DISCOVERY_TIMEOUT}]==])
 set(JTK_WORK_DIR [==[${base}]==])

@@ -14,7 +14,10 @@
 # programs are installed, JTK is installed with its loaders too, and the
 # calculator example (a program built without JTK) is tested through the
 # installed Qt 5 loader: with a tests library made by jtk_add_tests_library
-# (find_package(JTK COMPONENTS Loader)) and one made with pkg-config.
+# (find_package(JTK COMPONENTS Loader)) and one made with pkg-config. When
+# GTK 4 (with x11 and xtst) and Debian's gnome-calculator are installed, the
+# package has the GTK loader too, and gnome-calculator is tested the same two
+# ways through it, on private X servers.
 # Every temporary folder goes when the script ends.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -25,9 +28,13 @@ buildType=RelWithDebInfo
 hasQt=false
 if pkg-config --exists Qt6Widgets Qt6Test 2>/dev/null; then hasQt=true; fi
 calculator=/usr/lib/x86_64-linux-gnu/qt5/examples/widgets/widgets/calculator/calculator
-hasLoader=false loaders=OFF
+hasLoader=false hasGtkLoader=false loaders=OFF
 if $hasQt && pkg-config --exists Qt5Widgets Qt5Test 2>/dev/null && [ -x "$calculator" ]; then
   hasLoader=true loaders=ON
+fi
+gnomeCalculator=/usr/bin/gnome-calculator
+if pkg-config --exists gtk4 x11 xtst 2>/dev/null && [ -x "$gnomeCalculator" ] && command -v Xvfb >/dev/null; then
+  hasGtkLoader=true loaders=ON
 fi
 # Offscreen, so that the Qt runs need no display.
 export QT_QPA_PLATFORM=offscreen
@@ -69,6 +76,7 @@ checkRun() {
 checkCtest() {
   local build=$1 how=$2 expected=$3 output status=0
   output=$(cd "$build" && ctest --output-on-failure -j2 2>&1) || status=$?
+  echo "$output" >"$work/ctest-output"
   local fail=""
   [ "$status" -eq 0 ] || fail="ctest exit status $status"
   [ -n "$fail" ] || grep -q "tests passed, 0 tests failed out of $expected\$" <<<"$output" ||
@@ -93,11 +101,12 @@ probe() {
   rm -rf "$work/probe-build-$name"
   local fail=""
   case $expect in
-    ok|qt|loader)
+    ok|qt|loader|gtk-loader)
       [ "$status" -eq 0 ] || fail="find_package failed"
       local want="probe: no JTK::JTKQt"
       [ "$expect" = qt ] && want="probe: JTK::JTKQt"
       [ "$expect" = loader ] && want="probe: JTK::qt5_loader"
+      [ "$expect" = gtk-loader ] && want="probe: JTK::gtk4_loader"
       [ -n "$fail" ] || grep -q "^-- $want\$" <<<"$output" || fail="not '$want'" ;;
     *)
       [ "$status" -ne 0 ] || fail="find_package succeeded"
@@ -112,7 +121,7 @@ probe() {
   echo "Package probe $name: OK"
 }
 
-echo "== JTK installed into a temporary prefix (Qt backend: $hasQt, loaders: $hasLoader)"
+echo "== JTK installed into a temporary prefix (Qt backend: $hasQt, Qt loaders: $hasLoader, GTK loader: $hasGtkLoader)"
 quietly cmake -S "$root" -B "$work/jtk" --no-warn-unused-cli -DCMAKE_BUILD_TYPE=$buildType -DJTK_LOADERS=$loaders \
   -DCMAKE_INSTALL_PREFIX="$work/prefix" -DJTK_BUILD_TESTS=OFF -DJTK_BUILD_EXAMPLES=OFF \
   -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON
@@ -142,6 +151,12 @@ if $hasLoader; then
     [ -f "$work/prefix/$file" ] || { echo "FAIL: $file not installed"; exit 1; }
   done
 fi
+if $hasGtkLoader; then
+  for file in lib/libjtk-gtk4-loader.so lib/cmake/JTK/JTKGtk4LoaderTargets.cmake lib/pkgconfig/jtk-gtk4-loader.pc; do
+    [ -f "$work/prefix/$file" ] || { echo "FAIL: $file not installed"; exit 1; }
+  done
+  [ -x "$work/prefix/lib/cmake/JTK/JTKPrivateX11.sh" ] || { echo "FAIL: JTKPrivateX11.sh not installed as a program"; exit 1; }
+fi
 
 echo "== Package probes"
 mkdir -p "$work/probe"
@@ -158,6 +173,9 @@ else()
 endif()
 if(TARGET JTK::qt5_loader)
   message(STATUS "probe: JTK::qt5_loader")
+endif()
+if(TARGET JTK::gtk4_loader)
+  message(STATUS "probe: JTK::gtk4_loader")
 endif()
 PROBE
 noQtPrefix=$work/prefix
@@ -185,24 +203,40 @@ probe "$noQtPrefix" "REQUIRED;COMPONENTS;Loader" "built without its loaders" no-
 if $hasLoader; then
   probe "$work/prefix" "REQUIRED;COMPONENTS;Loader" loader loader
 fi
+if $hasGtkLoader; then
+  probe "$work/prefix" "REQUIRED;COMPONENTS;Loader" gtk-loader gtk-loader
+  # Without Qt found, the GTK loader alone makes the component.
+  probe "$work/prefix" "REQUIRED;COMPONENTS;Loader" gtk-loader gtk-loader-without-qt \
+    -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON
+fi
 probe "$work/prefix" "REQUIRED;COMPONENTS;Gtk" "has no component Gtk" unknown-component
 
 echo "== Consumer through find_package"
 quietly cmake -S "$consumer" -B "$work/find-package" -DCMAKE_BUILD_TYPE=$buildType -DCMAKE_PREFIX_PATH="$work/prefix"
 quietly cmake --build "$work/find-package" -j2
 checkRun "$work/find-package/Consumer" find_package
+expected=1 how=find_package
 if $hasQt; then
   [ -x "$work/find-package/QtConsumer" ] || { echo "FAIL: QtConsumer not built through find_package"; exit 1; }
   checkRun "$work/find-package/QtConsumer" "find_package, Qt component"
-  # The calculator's two tests through the installed loader, when it is there.
-  if $hasLoader; then
-    [ -f "$work/find-package/libCalculatorUxtests.so" ] || { echo "FAIL: no tests library through find_package"; exit 1; }
-    checkCtest "$work/find-package" "find_package, Loader component" 4
-  else
-    checkCtest "$work/find-package" find_package 2
-  fi
-else
-  checkCtest "$work/find-package" find_package 1
+  expected=2
+fi
+# The calculators' two tests each through the installed loaders, when they are there.
+if $hasLoader; then
+  [ -f "$work/find-package/libCalculatorUxtests.so" ] || { echo "FAIL: no tests library through find_package"; exit 1; }
+  expected=$((expected + 2)) how="find_package, Loader component"
+fi
+if $hasGtkLoader; then
+  [ -f "$work/find-package/libGnomeCalculatorUxtests.so" ] || { echo "FAIL: no GTK tests library through find_package"; exit 1; }
+  expected=$((expected + 2)) how="find_package, Loader component"
+fi
+checkCtest "$work/find-package" "$how" $expected
+if $hasGtkLoader; then
+  for test in testMultipliesBeforeItAdds testSubtracts; do
+    grep -q "GnomeCalculatorUxtests.$test .* Passed" "$work/ctest-output" ||
+      { cat "$work/ctest-output"; echo "FAIL: gnome-calculator's $test did not pass as a ctest"; exit 1; }
+  done
+  echo "gnome-calculator through find_package and the installed GTK loader: OK"
 fi
 
 echo "== Consumer through pkg-config"
@@ -229,6 +263,26 @@ if $hasLoader; then
     echo "$output"; echo "FAIL: the calculator's tests library through pkg-config (status $status)"; exit 1
   fi
   echo "calculator through pkg-config and the installed loader: OK"
+fi
+
+if $hasGtkLoader; then
+  echo "== A GTK tests library through pkg-config, run by the installed GTK loader"
+  flags=$(PKG_CONFIG_PATH="$work/prefix/lib/pkgconfig" pkg-config --cflags --libs jtk-gtk4-loader)
+  # shellcheck disable=SC2086  # the flags are words on purpose
+  quietly g++ -std=c++20 -Wall -Wextra -fPIC -shared -DCALCULATOR_TEST_DATA_DIR="\"$consumer/TestData\"" \
+    -DCALCULATOR_SCREENSHOTS_DIR="\"$work/pkg-config/GnomeCalculatorScreenshots\"" \
+    "$consumer/GnomeCalculatorUxtests.cpp" $flags -o "$work/pkg-config/libgnome_calculator_uxtests.so"
+  home=$(mktemp -d -p "$work")
+  status=0
+  # The X server first, the loader preloaded into the program alone.
+  output=$(timeout 120 "$work/prefix/lib/cmake/JTK/JTKPrivateX11.sh" env HOME="$home" XDG_DATA_HOME="$home/data" \
+    XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache" XDG_RUNTIME_DIR="$home" \
+    LD_PRELOAD="$work/prefix/lib/libjtk-gtk4-loader.so" JTK_TESTS_LIBRARY="$work/pkg-config/libgnome_calculator_uxtests.so" \
+    "$gnomeCalculator" uxtest 2>&1) || status=$?
+  if [ "$status" -ne 0 ] || ! grep -q '^JTK: 2 passed, 0 failed' <<<"$output"; then
+    echo "$output"; echo "FAIL: gnome-calculator's tests library through pkg-config (status $status)"; exit 1
+  fi
+  echo "gnome-calculator through pkg-config and the installed GTK loader: OK"
 fi
 
 echo "== Consumer through add_subdirectory"

@@ -1,32 +1,63 @@
 #!/usr/bin/env bash
-# Runs a Qt program built without JTK under the loader, twice, headless,
-# against a throw-away home that holds data and settings of the user's: the
-# data in the program's data folder, the settings where Qt keeps them
-# (FOLDER.conf and Qt's own QtProject.conf in the configuration folder).
-# FOLDER is the program's folder name under both ("Org/App"; default: the
-# program's file name). The first run names the tests library on the
-# command line, the second through the environment alone; either way the
-# program sees none of it in its arguments. Each run must end with status 0
-# after at least MIN_TESTS tests, with the restore line last, the user's
-# data and settings as they were and no run settings folder left; the first
-# run must store screenshots and the second match every one. Another
-# launch must leave the settings folder of a run under way alone; killed
-# outright, that run must leave the user's settings as they were, and the
-# next launch must remove the settings folder it left.
+# Runs a program built without JTK under the loader, twice, against a
+# throw-away home that holds data and settings of the user's: the data in
+# the program's data folder, the settings where its toolkit keeps them. A Qt
+# program (headless) keeps them in FOLDER.conf and Qt's own QtProject.conf
+# in the configuration folder; a GTK program (on a private X server, with a
+# private session bus so that GSettings could reach dconf) in the user's
+# dconf database and GLib's key file, and GTK's settings.ini beside them,
+# with GTK's list of recently used files in the data folder. FOLDER is the
+# program's folder name ("Org/App"; default: the program's file name). The
+# first run names the tests library on the command line, the second through
+# the environment alone; either way the program sees none of it in its
+# arguments. Each run must end with status 0 after at least MIN_TESTS
+# tests, with the restore line last, the user's data and settings as they
+# were and no run settings folder left; the first run must store
+# screenshots and the second match every one. Another launch must leave the
+# settings folder of a run under way alone; killed outright, that run must
+# leave the user's settings as they were, and the next launch must remove
+# the settings folder it left.
 set -euo pipefail
 loader=${1:?usage: check-loaded-program.sh LOADER PROGRAM TESTS_LIBRARY MIN_TESTS [FOLDER]}
 program=${2:?} tests=${3:?} min_tests=${4:?} folder=${5:-$(basename "$2")}
-home=$(mktemp -d)
+toolkit=qt
+case $(basename "$loader") in *gtk*) toolkit=gtk ;; esac
+home=${JTK_CHECK_HOME:-$(mktemp -d)}
 trap 'rm -rf "$home"' EXIT
 export HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache"
 export XDG_RUNTIME_DIR="$home/runtime" QT_QPA_PLATFORM=offscreen JTK_LOADED_SCREENSHOTS_DIR="$home/Screenshots"
+export GDK_BACKEND=x11
+mkdir -p "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+if [ "$toolkit" = gtk ] && [ -z "${JTK_CHECK_HOME:-}" ]; then
+  # Again, in the same throw-away home, on an X server and a session bus of
+  # its own (both end with it): the bus and the services it starts (dconf's)
+  # take the home's folders from this environment.
+  command -v dbus-run-session >/dev/null || { echo "FAIL: dbus-run-session is not installed (scripts/setup.sh)"; exit 1; }
+  export JTK_CHECK_HOME="$home"
+  exec "$(dirname "$0")/../cmake/JTKPrivateX11.sh" dbus-run-session -- "$0" "$@" 2> >(grep -v '^dbus' >&2)
+fi
 data="$XDG_DATA_HOME/$folder"
 runs="$XDG_CACHE_HOME/jtk/run-settings"
-mkdir -p "$data" "$(dirname "$XDG_CONFIG_HOME/$folder")" "$JTK_LOADED_SCREENSHOTS_DIR" "$XDG_RUNTIME_DIR"
-chmod 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$data" "$(dirname "$XDG_CONFIG_HOME/$folder")" "$JTK_LOADED_SCREENSHOTS_DIR"
 echo "the user's own file" > "$data/mine.txt"
-printf '[General]\nmine=the user'"'"'s own setting\n' > "$XDG_CONFIG_HOME/$folder.conf"
-printf '[FileDialog]\nlastVisited=file://%s\nviewMode=List\n' "$home" > "$XDG_CONFIG_HOME/QtProject.conf"
+if [ "$toolkit" = qt ]; then
+  printf '[General]\nmine=the user'"'"'s own setting\n' > "$XDG_CONFIG_HOME/$folder.conf"
+  printf '[FileDialog]\nlastVisited=file://%s\nviewMode=List\n' "$home" > "$XDG_CONFIG_HOME/QtProject.conf"
+else
+  # The user's dconf database, written by dconf's service on the session bus
+  # (the programs' other modes: a test run that read them would fail).
+  for setting in "org.gnome.calculator button-mode programming" "org.gnome.TextEditor show-line-numbers true"; do
+    # shellcheck disable=SC2086  # schema, key and value are words on purpose
+    GSETTINGS_BACKEND=dconf gsettings set $setting 2>/dev/null || true
+  done
+  [ -s "$XDG_CONFIG_HOME/dconf/user" ] || { echo "FAIL: no dconf database for the user could be made"; exit 1; }
+  mkdir -p "$XDG_CONFIG_HOME/glib-2.0/settings" "$XDG_CONFIG_HOME/gtk-4.0"
+  printf '[org/gnome/calculator]\nbutton-mode='"'"'programming'"'"'\n[org/gnome/TextEditor]\nshow-line-numbers=false\n' \
+    > "$XDG_CONFIG_HOME/glib-2.0/settings/keyfile"
+  printf '[Settings]\ngtk-application-prefer-dark-theme=true\n' > "$XDG_CONFIG_HOME/gtk-4.0/settings.ini"
+  printf '<?xml version="1.0" encoding="UTF-8"?>\n<xbel version="1.0"></xbel>\n' > "$XDG_DATA_HOME/recently-used.xbel"
+fi
 
 fail() { echo "FAIL: $*"; exit 1; }
 

@@ -4,8 +4,9 @@
 // checked the file already. A View is a GtkFixed, a Box a GtkFrame with its
 // title, a Label a GtkLabel, a TextField a GtkEntry, an ImageView a
 // GtkPicture, a Button a GtkButton whose action goes to the owner. A view's
-// name becomes its widget name (found as its name); the key equivalent "\r"
-// makes the button the window's default. The window has a fixed size and
+// name becomes its widget name (found as its name); a key equivalent is a
+// shortcut of the window that clicks the button ("\r": Return, which also
+// makes it the window's default). The window has a fixed size and
 // starts hidden. Main thread only.
 #include <cmath>
 #include <vector>
@@ -79,7 +80,7 @@ private:
 
     GtkWidget* makeButton(const services::ViewDescription& description) {
         GtkWidget* button = gtk_button_new_with_label(description.title.c_str());
-        if (description.keyEquivalent == "\r") gtk_window_set_default_widget(GTK_WINDOW(window_), button);
+        if (!description.keyEquivalent.empty()) addKeyEquivalent(button, description.keyEquivalent);
         if (!description.action.empty()) {
             auto* target = new Target{owner_, description.action};
             g_signal_connect_data(button, "clicked", G_CALLBACK(+[](GtkButton* clicked, Target* target) {
@@ -87,6 +88,25 @@ private:
             }), target, +[](gpointer data, GClosure*) { delete static_cast<Target*>(data); }, GConnectFlags{});
         }
         return button;
+    }
+
+    // The key clicks the button wherever the window's focus is, as a key
+    // equivalent does (a shortcut of the window, taken before the focus
+    // widget): "\r" is Return, any other text its first character's key.
+    void addKeyEquivalent(GtkWidget* button, const std::string& key) {
+        guint keyval = key == "\r" ? GDK_KEY_Return : gdk_unicode_to_keyval(g_utf8_get_char(key.c_str()));
+        if (key == "\r") gtk_window_set_default_widget(GTK_WINDOW(window_), button);
+        if (!shortcuts_) {
+            shortcuts_ = gtk_shortcut_controller_new();
+            gtk_event_controller_set_propagation_phase(shortcuts_, GTK_PHASE_CAPTURE);
+            gtk_widget_add_controller(window_, shortcuts_);
+        }
+        auto* action = gtk_callback_action_new(+[](GtkWidget*, GVariant*, gpointer clicked) -> gboolean {
+            gtk_widget_activate(GTK_WIDGET(clicked));
+            return TRUE;
+        }, button, nullptr);
+        gtk_shortcut_controller_add_shortcut(GTK_SHORTCUT_CONTROLLER(shortcuts_),
+                                             gtk_shortcut_new(gtk_keyval_trigger_new(keyval, GdkModifierType{}), action));
     }
 
     // A button's action, sent to the owner while it lives (the window holds it weakly).
@@ -97,6 +117,7 @@ private:
 
     std::shared_ptr<platform::InterfaceOwner> owner_;
     GtkWidget* window_;
+    GtkEventController* shortcuts_ = nullptr;
     std::vector<std::pair<std::string, GtkWidget*>> outlets_;
 };
 

@@ -2,15 +2,20 @@
 // first in the symbol search, so the program's start code calls the
 // __libc_start_main below, with main and the launch arguments, once every
 // library is loaded and before any of the program's own code has run. For a
-// test launch of a Qt program of the loader's Qt version it
+// test launch of a program of the loader's toolkit (loaderToolkit()) it
 //   1. gives the framework the launch arguments as they are, with "uxtest"
 //      added when the run was asked for by JTK_UXTEST=1, and
 //      "fileSizeThresh=N" when JTK_FILE_SIZE_THRESHOLD=N is set;
-//   2. pins the fonts (fontconfig reads its configuration once);
-//   3. loads the tests library, refusing a launch without one, with one
+//   2. loads the tests library, refusing a launch without one, with one
 //      that cannot be loaded or one that holds no test;
-//   4. gives the program a settings folder of its own (run/JTKRunSettings);
-//   5. calls glibc's __libc_start_main with the arguments the program
+//   3. answers a launch that only lists its tests, or whose runner options
+//      are refused, there and then: the program never starts (so listing
+//      needs no display);
+//   4. prepares the toolkit (the fonts, which fontconfig reads once; the
+//      display), which may refuse the launch;
+//   5. gives the program a settings folder of its own (run/JTKRunSettings)
+//      and points the toolkit's settings store at it;
+//   6. calls glibc's __libc_start_main with the arguments the program
 //      knows: its own, without the loader's (those containing "uxtest" or
 //      "fileSizeThresh=", and those starting with "--jtk-").
 // Every other process the library is preloaded into (a shell or a wrapper
@@ -21,7 +26,6 @@
 #include <dlfcn.h>
 #include <link.h>
 
-#include <QtGlobal>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -34,12 +38,13 @@
 
 #include <JTK/JTKRegistry.h>
 #include <JTK/platform/Process.h>
-#include <JTK/qt/QtBackend.h>
 #include <JTK/services/ProcessInfo.h>
 
 #include "run/JTKProcessEnd.h"
 #include "run/JTKRunConfiguration.h"
+#include "run/JTKRunOptions.h"
 #include "run/JTKRunSettings.h"
+#include "run/JTKTestSelection.h"
 
 namespace jtk::loader {
 
@@ -63,14 +68,14 @@ std::string environmentValue(const char* name) {
     return value ? value : "";
 }
 
-// Whether an object of the process, other than this library and Qt's own
-// libraries, needs this Qt's core library: the program, or a library of
-// its own, is a Qt program of the loader's Qt version. (This library brings
-// Qt into every process it is preloaded into, so Qt being there says nothing.)
-struct QtProgramSearch {
+// Whether an object of the process, other than this library and the
+// toolkit's own libraries, needs the toolkit's program library: the program,
+// or a library of its own, is a program of the loader's toolkit. (This
+// library brings its toolkit into every process it is preloaded into, so the
+// toolkit being there says nothing.)
+struct ToolkitProgramSearch {
     std::string self;
-    std::string qtCore = "libQt" + std::to_string(QT_VERSION_MAJOR) + "Core.so." + std::to_string(QT_VERSION_MAJOR);
-    std::string qtPrefix = "libQt" + std::to_string(QT_VERSION_MAJOR);
+    const LoaderToolkit& toolkit = loaderToolkit();
     bool found = false;
 };
 
@@ -94,18 +99,18 @@ bool needs(const dl_phdr_info& object, const std::string& library) {
 }
 
 int visit(dl_phdr_info* object, size_t, void* data) {
-    auto& search = *static_cast<QtProgramSearch*>(data);
+    auto& search = *static_cast<ToolkitProgramSearch*>(data);
     std::string_view name = object->dlpi_name ? object->dlpi_name : "";
     std::string_view file = name.substr(name.rfind('/') == std::string_view::npos ? 0 : name.rfind('/') + 1);
-    if (name == search.self || file.starts_with(search.qtPrefix)) return 0;
-    search.found = needs(*object, search.qtCore);
+    if (name == search.self || file.starts_with(search.toolkit.ownLibraryPrefix)) return 0;
+    search.found = needs(*object, search.toolkit.programLibrary);
     return search.found ? 1 : 0;
 }
 
-bool isQtProgram() {
-    QtProgramSearch search;
+bool isToolkitProgram() {
+    ToolkitProgramSearch search;
     Dl_info self{};
-    if (dladdr(reinterpret_cast<void*>(&isQtProgram), &self) && self.dli_fname) search.self = self.dli_fname;
+    if (dladdr(reinterpret_cast<void*>(&isToolkitProgram), &self) && self.dli_fname) search.self = self.dli_fname;
     dl_iterate_phdr(visit, &search);
     return search.found;
 }
@@ -144,6 +149,15 @@ void loadTestsLibrary() {
     if (!hasTests()) refuseLaunch("the tests library " + *path + " has no JTK_TEST");
 }
 
+// A launch that only lists its tests, or whose runner options are refused,
+// needs nothing of the program: the runner answers it now and ends the
+// process (status 0 for a list, 2 for a refusal).
+void answerWhatNeedsNoProgram() {
+    if (!jtkRunOptions().list && jtkRunOptionErrors().empty()) return;
+    const auto methods = JTKRegistry::methods();
+    jtkChooseTests(methods, jtkMergeTestOptions(methods));
+}
+
 void giveTheProgramItsOwnSettings() {
     std::optional<std::filesystem::path> testSettings;
     if (auto path = jtkTextProvider(JTKRegistry::methods(), "jtkTestSettingsPath")) {
@@ -152,6 +166,7 @@ void giveTheProgramItsOwnSettings() {
         testSettings = error ? std::filesystem::path(*path) : absolute;
     }
     if (auto failure = jtkMakeRunSettings(testSettings); !failure.empty()) refuseLaunch(failure);
+    if (auto toolkitSettings = loaderToolkit().useRunSettings) toolkitSettings(*jtkRunSettingsFolder());
 }
 
 // The program's arguments: argv[0] and every argument that is not the loader's.
@@ -176,6 +191,11 @@ void refuseLaunch(const std::string& why) {
     jtkExitProcess(startFailureStatus);
 }
 
+void refuseUnpreparedLaunch() {
+    refuseLaunch("the launch was not prepared before the program's main (is the loader preloaded with LD_PRELOAD, "
+                 "and the program a " + loaderToolkit().name + " program?)");
+}
+
 }  // namespace jtk::loader
 
 using MainFunction = int (*)(int, char**, char**);
@@ -194,15 +214,19 @@ extern "C" int __libc_start_main(MainFunction main, int argc, char** argv, MainF
     const bool requestedByEnvironment = requested == "1";
     if (!jtk::platform::argumentsRequestTesting(arguments) && (requested.empty() || requested == "0"))
         return startMain(main, argc, argv, init, fini, rtldFini, stackEnd);
-    if (!isQtProgram()) return startMain(main, argc, argv, init, fini, rtldFini, stackEnd);
+    if (!isToolkitProgram()) {
+        if (auto watch = loaderToolkit().watchForLateToolkit) watch();
+        return startMain(main, argc, argv, init, fini, rtldFini, stackEnd);
+    }
 
     if (!requested.empty() && requested != "0" && !requestedByEnvironment)
         refuseLaunch(std::string(launchVariable) + "=" + requested + " is neither 1 (start a test run) nor 0");
     // A program this one starts is not under test: it sees no request.
     unsetenv(launchVariable);
     giveTheFrameworkItsArguments(arguments, requestedByEnvironment);
-    jtk::qt::prepareFontConfiguration();
     loadTestsLibrary();
+    answerWhatNeedsNoProgram();
+    if (auto prepare = loaderToolkit().prepare) prepare();
     giveTheProgramItsOwnSettings();
     prepared = true;
 

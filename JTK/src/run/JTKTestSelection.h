@@ -37,4 +37,10 @@ JTKTestSelection jtkSelectTests(const JTKMethodList& ordered, std::string_view f
 // ("JTK: 2 tests are named testSave: a.cpp:10 and b.cpp:20"); empty when none.
 std::vector<std::string> jtkDuplicateTestNames(const JTKMethodList& methods);
 
+// What the runner's options ask before a run may start: options that do not
+// parse, tests that share a name and a filter that chooses nothing end the
+// process with status 2; a list of the chosen tests ends it with 0 (defined
+// with the run's start, JTKTestSuite.cpp; a loader asks it before main).
+JTKTestSelection jtkChooseTests(const JTKMethodList& methods, const JTKTestOptions& options);
+
 }  // namespace jtk

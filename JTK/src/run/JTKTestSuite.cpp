@@ -67,12 +67,10 @@ std::atomic<bool> runStarted{false};
 
 // Steps from the method list on: read the configuration, prepare the
 // environment and hand the run to the test queue.
-JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions& options);
-
 void startRun() {
     JTKMethodList methods = JTKRegistry::methods();
     auto options = jtkMergeTestOptions(methods);
-    auto chosen = chooseTests(methods, options);
+    auto chosen = jtkChooseTests(methods, options);
     if (auto refusal = jtkRecordingLaunchRefusal(jtkTextProvider(methods, "jtkThisFilePath").has_value()); !refusal.empty()) {
         jtkPrintLine(refusal);
         jtkExitProcess(2);
@@ -129,11 +127,10 @@ void startRun() {
     });
 }
 
-// What the runner's options ask before a run may start: options that do not
-// parse, tests that share a name and a filter that chooses nothing end the
-// process with status 2; a list of the chosen tests ends it with 0. Nothing
-// of the user's has been touched then.
-JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions& options) {
+}  // namespace
+
+// Nothing of the user's has been touched when this ends the process.
+JTKTestSelection jtkChooseTests(const JTKMethodList& methods, const JTKTestOptions& options) {
     auto refuse = [](const std::vector<std::string>& lines) {
         for (const auto& line : lines) jtkPrintLine(line);
         jtkPrintLine("JTK: no test ran; nothing was changed");
@@ -157,8 +154,6 @@ JTKTestSelection chooseTests(const JTKMethodList& methods, const JTKTestOptions&
     }
     return chosen;
 }
-
-}  // namespace
 
 bool JTKTestSuite::isTesting() { return platform::argumentsRequestTesting(platform::processArguments()); }
 

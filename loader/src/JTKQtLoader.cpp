@@ -1,4 +1,4 @@
-// The loader: JTK and a Qt backend in one shared library that LD_PRELOAD
+// The Qt loaders: JTK and a Qt backend in one shared library that LD_PRELOAD
 // brings into a Qt program built without JTK.
 //
 //     LD_PRELOAD=libjtk-qt5-loader.so JTK_UXTEST=1 JTK_TESTS_LIBRARY=libmytests.so program
@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QTimer>
+#include <QtGlobal>
 #include <string>
 
 #include <JTK/JTKTestSuite.h>
@@ -26,13 +27,27 @@
 
 #include "JTKLoaderLaunch.h"
 
+namespace jtk::loader {
+
+// A Qt program needs Qt's core library of its Qt version. Fontconfig reads
+// its configuration once: the fonts are pinned before main.
+const LoaderToolkit& loaderToolkit() {
+    static const LoaderToolkit toolkit{
+        .name = "Qt " + std::to_string(QT_VERSION_MAJOR),
+        .programLibrary = "libQt" + std::to_string(QT_VERSION_MAJOR) + "Core.so." + std::to_string(QT_VERSION_MAJOR),
+        .ownLibraryPrefix = "libQt" + std::to_string(QT_VERSION_MAJOR),
+        .prepare = [] { jtk::qt::prepareFontConfiguration(); },
+    };
+    return toolkit;
+}
+
+}  // namespace jtk::loader
+
 namespace {
 
 void startTheRun() {
     using jtk::loader::refuseLaunch;
-    if (!jtk::loader::launchPrepared())
-        refuseLaunch("the launch was not prepared before the program's main (is the loader preloaded with "
-                     "LD_PRELOAD, and the program a Qt " + std::to_string(QT_VERSION_MAJOR) + " program?)");
+    if (!jtk::loader::launchPrepared()) jtk::loader::refuseUnpreparedLaunch();
     auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!application)
         refuseLaunch("this program has no QApplication (its " +
