@@ -123,6 +123,11 @@ Point locationInWindow(const Event& event) {
     bool grabbed = event.type == EventType::leftMouseDragged || event.type == EventType::leftMouseUp ||
                    event.type == EventType::rightMouseUp;
     std::shared_ptr<Window> window = grabbed ? gtk::nativeApplication()->pressWindow() : nullptr;
+    // An event that names its window (one the observer saw delivered) is in it.
+    if (!window && event.windowNumber) {
+        for (GtkWidget* native : gtk::listedNatives())
+            if (gtk::windowNumberOf(native) == event.windowNumber) window = gtk::windowFor(native);
+    }
     if (!window) {
         for (auto& candidate : gtk::nativeApplication()->windows()) {
             Rect frame = candidate->frame();

@@ -88,8 +88,9 @@ namespace jtk::platform {
 
 std::optional<imaging::Image> bitmapForCachingDisplay(const View& view) {
     Rect bounds = view.bounds();
-    if (!gtk::drawnRegionOf(view) || bounds.isEmpty() || bounds.width() > gtk::largestSide ||
-        bounds.height() > gtk::largestSide)
+    // Written so that a size that is not a number is refused too.
+    if (!gtk::drawnRegionOf(view) || bounds.isEmpty() || !(bounds.width() <= gtk::largestSide) ||
+        !(bounds.height() <= gtk::largestSide))
         return std::nullopt;
     return imaging::Image(static_cast<uint32_t>(bounds.width()), static_cast<uint32_t>(bounds.height()));
 }

@@ -169,12 +169,13 @@ void keyUp(const platform::Event& event, const Keysyms& keysyms) {
                 keycode = found->second;
                 pressed.byText.erase(found);
             }
-            giveBack = pressed.lent && pressed.byText.empty();
-            if (giveBack) pressed.lent = false;
         } else if (auto found = pressed.byKeyCode.find(event.keyCode); found != pressed.byKeyCode.end()) {
             keycode = found->second;
             pressed.byKeyCode.erase(found);
         }
+        // Lent keys go back once no key pressed on them is down.
+        giveBack = pressed.lent && pressed.byText.empty() && pressed.byKeyCode.empty();
+        if (giveBack) pressed.lent = false;
     }
     // A release without its press: the key that types the symbol now.
     if (!keycode)

@@ -13,7 +13,8 @@ namespace jtk::gtk {
 
 // A keyDown or keyUp of the platform. A keyDown presses the key (for text,
 // types every code point but the last and presses the last); its keyUp
-// releases it and gives back any key lent for it. Any thread but the main.
+// releases it and gives back any key lent for it. Any thread (the main
+// thread's event is dropped, with a log line, while another thread types).
 void postKeyEvent(const platform::Event& event);
 
 // Types the strokes, lending spare keys for all their text at once (in

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -17,11 +18,18 @@ namespace jtk::gtk {
 namespace {
 
 constexpr unsigned deferredCheckMilliseconds = 20;
+// About 24 days: a longer interval waits that long; one that is not a number, none.
+constexpr unsigned longestMilliseconds = 1u << 31;
+
+unsigned milliseconds(double seconds) {
+    if (std::isnan(seconds)) return 0;
+    return static_cast<unsigned>(std::clamp(seconds * 1000 + 0.5, 0.0, double(longestMilliseconds)));
+}
 
 class GLibTimer : public platform::Timer, public std::enable_shared_from_this<GLibTimer> {
 public:
     GLibTimer(double interval, bool repeats, std::function<void(platform::Timer&)> fire, bool commonModes)
-        : intervalMs_(static_cast<unsigned>(std::max(0.0, interval * 1000 + 0.5))),
+        : intervalMs_(milliseconds(interval)),
           repeats_(repeats),
           commonModes_(commonModes),
           fire_(std::move(fire)) {}

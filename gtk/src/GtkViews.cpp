@@ -43,6 +43,14 @@ bool isSelfLabelled(GtkWidget* widget) {
     return GTK_IS_BUTTON(widget) && gtk_button_get_label(GTK_BUTTON(widget)) != nullptr;
 }
 
+// Whether the widget's superview is its window's frame view: the native
+// itself, its content, and the native's other direct children (a titlebar).
+bool hangsFromFrame(GtkWidget* widget) {
+    GtkWidget* native = nativeWidgetOf(widget);
+    GtkWidget* parent = gtk_widget_get_parent(widget);
+    return widget == native || widget == contentWidgetOf(native) || (parent && parent == native);
+}
+
 platform::Value numberValue(double value) {
     if (std::nearbyint(value) == value && std::fabs(value) < 1e15) return static_cast<int64_t>(value);
     return value;
@@ -129,13 +137,11 @@ platform::Value WidgetView::performSelector(const std::string& selector, const p
 std::shared_ptr<platform::View> WidgetView::superview() const {
     GtkWidget* w = widget();
     if (!w) return nullptr;
-    GtkWidget* native = nativeWidgetOf(w);
-    GtkWidget* parent = gtk_widget_get_parent(w);
-    if (w == native || w == contentWidgetOf(native) || (parent && parent == native)) {
-        auto window = windowFor(native);
+    if (hangsFromFrame(w)) {
+        auto window = windowFor(nativeWidgetOf(w));
         return window ? window->frameView() : nullptr;
     }
-    return viewFor(parent);
+    return viewFor(gtk_widget_get_parent(w));
 }
 
 std::vector<std::shared_ptr<platform::View>> WidgetView::subviews() const {
@@ -158,11 +164,7 @@ bool WidgetView::isHidden() const {
 platform::Rect WidgetView::frame() const {
     GtkWidget* w = widget();
     if (!w) return {};
-    auto super = superview();
-    if (super && !widgetOf(*super)) {
-        GtkWidget* native = nativeWidgetOf(w);
-        return flipped(rectOnSurface(w), surfaceSize(native).height);
-    }
+    if (hangsFromFrame(w)) return flipped(rectOnSurface(w), surfaceSize(nativeWidgetOf(w)).height);
     GtkWidget* parent = gtk_widget_get_parent(w);
     auto inParent = boundsIn(w, parent);
     auto parentBox = boundsIn(parent, parent);

@@ -40,7 +40,7 @@ bool byFrontOrder(GtkWidget* a, GtkWidget* b) { return frontOrderOf(a) > frontOr
 std::optional<platform::Point> cascadePosition(GtkWidget* window) {
     platform::Point next{0, 0};
     for (GtkWidget* other : orderedWindows()) {
-        if (other == window) continue;
+        if (other == window || g_object_get_data(G_OBJECT(other), noFocusKey)) continue;
         if (auto position = rootPositionOf(other)) next = {position->x + cascadeStep, position->y + cascadeStep};
         break;
     }

@@ -2,6 +2,8 @@
 
 #include <gdk/x11/gdkx.h>
 
+#include <algorithm>
+#include <cmath>
 #include <unordered_map>
 
 #include "GtkMainThread.h"
@@ -67,9 +69,11 @@ std::optional<platform::Point> rootPositionOf(GtkWidget* native) {
 void moveSurfaceTo(GtkWidget* native, platform::Point topLeft) {
     Display* display = xDisplay();
     Window window = xWindowOf(native);
-    if (!display || !window) return;
+    if (!display || !window || !std::isfinite(topLeft.x) || !std::isfinite(topLeft.y)) return;
     knownPositions().erase(window);
-    XMoveWindow(display, window, int(topLeft.x), int(topLeft.y));
+    // X coordinates are 16-bit.
+    auto coordinate = [](double value) { return int(std::clamp(value, -32768.0, 32767.0)); };
+    XMoveWindow(display, window, coordinate(topLeft.x), coordinate(topLeft.y));
     XFlush(display);
 }
 
