@@ -77,8 +77,10 @@ run() {
   fi
   echo "$output"
   [ "$status" -eq 0 ] || fail "launched by $how: exit status $status"
-  [ "$data_before" = "$(snapshot "$XDG_DATA_HOME")" ] || fail "launched by $how: the user's data changed"
-  [ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] || fail "launched by $how: the user's settings changed"
+  [ "$data_before" = "$(snapshot "$XDG_DATA_HOME")" ] ||
+    fail "launched by $how: the user's data changed: $(diff <(echo "$data_before") <(snapshot "$XDG_DATA_HOME"))"
+  [ "$settings_before" = "$(snapshot "$XDG_CONFIG_HOME")" ] ||
+    fail "launched by $how: the user's settings changed: $(diff <(echo "$settings_before") <(snapshot "$XDG_CONFIG_HOME"))"
   [ -z "$(run_folders)" ] || fail "launched by $how: the run's settings folder was left: $(run_folders)"
   [ ! -e "$data"_Temp ] || fail "launched by $how: the data folder's _Temp copy was left behind"
   [ "$(grep -c '^JTK: Running test ' <<<"$output")" -ge "$min_tests" ] || fail "launched by $how: fewer than $min_tests tests ran"

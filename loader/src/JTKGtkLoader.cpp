@@ -18,6 +18,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -78,6 +79,30 @@ void chooseTheX11Display() {
     XCloseDisplay(connection);
 }
 
+// GTK writes every file a program opens or saves into a recently-used list
+// of the user's data folder ($XDG_DATA_HOME/recently-used.xbel, shared by
+// every GTK program; some programs keep one of their own), from the class
+// handler of GtkRecentManager's "changed" signal. Under a run that handler
+// writes nothing: the lists change in memory only, for the program to read,
+// and the user's files stay as they were. (Turning the lists off through
+// gtk-recent-files-enabled would not do: GTK then writes them empty.)
+void keepRecentFilesInMemory() {
+    // The class makes its signals when it is first referenced; kept for the process.
+    g_type_class_ref(GTK_TYPE_RECENT_MANAGER);
+    g_signal_override_class_handler("changed", GTK_TYPE_RECENT_MANAGER, G_CALLBACK(+[](GtkRecentManager*) {}));
+}
+
+// A caret that blinks fades in and out: a picture would catch it at any
+// strength. The backend turns blinking off once the run starts, but a text
+// view that already blinks goes on fading; so the display's settings say it
+// from the moment GTK opens the display, before the program makes a widget.
+void stillCaretsFromTheStart() {
+    g_signal_connect(gdk_display_manager_get(), "display-opened", G_CALLBACK(+[](GdkDisplayManager*, GdkDisplay* display) {
+                         g_object_set(gtk_settings_get_for_display(display), "gtk-cursor-blink", FALSE, nullptr);
+                     }),
+                     nullptr);
+}
+
 // Before main: what GTK and its libraries read once, as they start.
 void prepareGtk() {
     chooseTheX11Display();
@@ -90,6 +115,8 @@ void prepareGtk() {
     // libadwaita takes the light or dark style from the desktop's settings
     // portal, when a session bus has one: the pictures must not depend on it.
     setenv("ADW_DISABLE_PORTAL", "1", 1);
+    keepRecentFilesInMemory();
+    stillCaretsFromTheStart();
 }
 
 // GSettings keeps a GTK program's settings in dconf, a database of the
@@ -117,14 +144,24 @@ bool hasMappedWindow() {
     return mapped;
 }
 
+// The run moves aside $XDG_DATA_HOME/<the application's name> and puts the
+// test data there. A GApplication keeps its data under its id
+// ($XDG_DATA_HOME/org.gnome.TextEditor): when the program has named itself
+// nothing else (GLib then answers its file name), its id is its name.
+void nameTheDataFolderAfterTheApplication() {
+    GApplication* application = g_application_get_default();
+    const char* id = application ? g_application_get_application_id(application) : nullptr;
+    const char* name = g_get_application_name();
+    const char* fileName = g_get_prgname();
+    if (id && *id && (!name || (fileName && std::strcmp(name, fileName) == 0))) g_set_application_name(id);
+}
+
 void startTheRun() {
     GdkDisplay* display = gdk_display_get_default();
     if (!GDK_IS_X11_DISPLAY(display))
         refuseLaunch(std::string("the program opened a ") + G_OBJECT_TYPE_NAME(display) +
                      ", and JTK drives GTK programs on X11 only (does the program choose its own GDK backends?)");
-    // GTK records every file a program opens or saves in the user's
-    // recently-used list, a file of the user's data folder.
-    g_object_set(gtk_settings_get_for_display(display), "gtk-recent-files-enabled", FALSE, nullptr);
+    nameTheDataFolderAfterTheApplication();
     jtk::gtk::installBackend();
     jtk::JTKTestSuite::runTests();
 }

@@ -45,10 +45,13 @@ JTK_TEST(testTypedTextIsTheDocument) {
 }
 
 JTK_TEST(testTheViewMenuShowsLineNumbersAndKeepsTheChoice) {
-    JTK_CHECK(runSettings().find("show-line-numbers") == std::string::npos);
+    JTK_CHECK(runSettings().find("show-line-numbers=true") == std::string::npos);
     element("options_menu").clickMenuItem("Line Numbers");
     // The choice is a GSettings key: written into the run's key file.
     JTK_CHECK(runSettings().find("show-line-numbers=true") != std::string::npos);
+    // Chosen again, the numbers go (the tests after this one see no numbers).
+    element("options_menu").clickMenuItem("Line Numbers");
+    JTK_CHECK(runSettings().find("show-line-numbers=false") != std::string::npos);
 }
 
 JTK_TEST(testADocumentIsSavedThroughTheFileDialog) {
