@@ -209,7 +209,7 @@ if $hasGtkLoader; then
   probe "$work/prefix" "REQUIRED;COMPONENTS;Loader" gtk-loader gtk-loader-without-qt \
     -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON
 fi
-probe "$work/prefix" "REQUIRED;COMPONENTS;Gtk" "has no component Gtk" unknown-component
+probe "$work/prefix" "REQUIRED;COMPONENTS;Tk" "has no component Tk" unknown-component
 
 echo "== Consumer through find_package"
 quietly cmake -S "$consumer" -B "$work/find-package" -DCMAKE_BUILD_TYPE=$buildType -DCMAKE_PREFIX_PATH="$work/prefix"
