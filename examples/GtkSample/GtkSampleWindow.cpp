@@ -81,7 +81,7 @@ void call(gpointer window) {
 
 }  // namespace
 
-std::string dataFolder() { return (fs::path(g_get_user_data_dir()) / g_get_prgname()).string(); }
+std::string dataFolder() { return (fs::path(g_get_user_data_dir()) / g_get_application_name()).string(); }
 
 GtkSampleWindow::GtkSampleWindow() {
     window_ = GTK_WINDOW(gtk_window_new());
@@ -197,6 +197,14 @@ void GtkSampleWindow::buildChoices() {
     GtkBuilder* builder = gtk_builder_new_from_string(choicesInterface, -1);
     GtkWidget* volume = GTK_WIDGET(gtk_builder_get_object(builder, "Volume"));
     place(content_, volume, 20, 240, volumeLength, 20);
+    // A scale's value is a number, which tests read as text only from the
+    // widget's own hbViewValue: a text in its data, kept up to date.
+    auto showVolume = +[](GtkRange* range) {
+        g_object_set_data_full(G_OBJECT(range), "hbViewValue",
+                               g_strdup_printf("%d", static_cast<int>(gtk_range_get_value(range))), g_free);
+    };
+    showVolume(GTK_RANGE(volume));
+    g_signal_connect(volume, "value-changed", G_CALLBACK(showVolume), nullptr);
     GtkWidget* settings = GTK_WIDGET(gtk_builder_get_object(builder, "SettingsFrame"));
     place(content_, settings, 340, 240, 240, 90);
     GtkLabel* theme = GTK_LABEL(gtk_builder_get_object(builder, "Theme"));

@@ -56,7 +56,7 @@ private:
 };
 
 // The folder the application keeps its data in: GLib's user data folder
-// and the program's name, where a UI test run installs its test data.
+// and the application's name, where a UI test run installs its test data.
 std::string dataFolder();
 
 }  // namespace gtksample

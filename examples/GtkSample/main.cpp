@@ -25,9 +25,9 @@ struct Program {
 int main(int, char**) {
     // Under a test run, the fonts are pinned before GTK starts fontconfig.
     jtk::gtk::prepareFontConfiguration();
-    // The program's name places the data folder and the settings.
+    // The program's name (GLib's application name unless one is set)
+    // places the data folder and the settings.
     g_set_prgname("GtkSample");
-    g_set_application_name("GTK Sample");
     if (!gtk_init_check()) {
         std::fprintf(stderr, "GtkSample: cannot open a display (set DISPLAY, and GDK_BACKEND=x11)\n");
         return 1;
