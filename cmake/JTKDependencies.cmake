@@ -20,3 +20,6 @@ pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET GLOBAL sdl2)
 # backend is then not built.
 find_package(Qt6 COMPONENTS Widgets Test QUIET)
 find_package(Qt5 5.15 COMPONENTS Widgets Test QUIET)
+# The GTK 4 backend: GTK 4 on GDK's X11 display, Xlib for window placement
+# and XTest for input. Absent pieces leave the backend out.
+pkg_check_modules(GTK4 IMPORTED_TARGET GLOBAL gtk4 x11 xtst)

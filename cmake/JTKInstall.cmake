@@ -55,6 +55,26 @@ if(TARGET jtk_qt)
     DESTINATION ${JTK_INSTALL_CMAKEDIR})
 endif()
 
+# The GTK 4 backend, the same way: <JTK/gtk/GtkBackend.h>, an export of its
+# own (JTKGtkTargets.cmake) read only for the component Gtk:
+#   find_package(JTK 0.3 REQUIRED COMPONENTS Gtk)  →  also JTK::JTKGtk, JTK::gtk
+set(JTK_PACKAGE_HAS_GTK OFF)
+if(TARGET jtk_gtk)
+  set(JTK_PACKAGE_HAS_GTK ON)
+  install(TARGETS jtk_gtk jtk_gtk_all
+    EXPORT JTKGtkTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/gtk/include/
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
+  install(EXPORT JTKGtkTargets
+    NAMESPACE JTK::
+    FILE JTKGtkTargets.cmake
+    DESTINATION ${JTK_INSTALL_CMAKEDIR})
+endif()
+
 # The loaders (their pkg-config files are below).
 set(JTK_PACKAGE_LOADERS "")
 foreach(qtMajor 5 6)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <gtk/gtk.h>
+#include <cstdint>
 #include <memory>
 
 #include "JTK/platform/View.h"
@@ -20,5 +21,11 @@ std::shared_ptr<platform::Window> windowFor(GtkWidget* native);
 // The widget a view stands for; null for a window's frame view, for a view
 // of another platform, or when the widget is gone.
 GtkWidget* widgetOf(const platform::View& view);
+// The native widget (GtkWindow, popover) a window stands for; null for a
+// window of another platform or when the widget is gone.
+GtkWidget* nativeOf(const platform::Window& window);
+// The number events carry for the window of a native widget: its X window;
+// 0 when it has no surface.
+int64_t windowNumberOf(GtkWidget* native);
 
 }  // namespace jtk::gtk

@@ -1,0 +1,126 @@
+#include "GtkObjectRuntime.h"
+
+#include <dlfcn.h>
+
+#include <cctype>
+#include <map>
+
+namespace jtk::gtk {
+
+namespace {
+
+// "GtkModelButton" → "gtk_model_button_get_type", GObject's naming rule for
+// the function that registers a type ("GtkGLArea" → "gtk_gl_area_get_type").
+std::string getTypeFunctionName(const std::string& typeName) {
+    std::string snake;
+    for (size_t i = 0; i < typeName.size(); ++i) {
+        char c = typeName[i];
+        bool upper = std::isupper(static_cast<unsigned char>(c));
+        if (upper && i > 0) {
+            bool previousLower = std::islower(static_cast<unsigned char>(typeName[i - 1]));
+            bool nextLower = i + 1 < typeName.size() && std::islower(static_cast<unsigned char>(typeName[i + 1]));
+            bool previousUpper = std::isupper(static_cast<unsigned char>(typeName[i - 1]));
+            if (previousLower || (previousUpper && nextLower)) snake += '_';
+        }
+        snake += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return snake + "_get_type";
+}
+
+// Only the toolkit's own libraries hide types: an application's type is
+// public to its tests whether or not its get_type function is exported.
+bool isToolkitTypeName(const std::string& name) {
+    return name.rfind("Gtk", 0) == 0 || name.rfind("Gdk", 0) == 0 || name.rfind("Adw", 0) == 0;
+}
+
+bool isPublicType(GType type) {
+    static auto* known = new std::map<GType, bool>;  // main thread; never destroyed
+    auto [found, added] = known->emplace(type, true);
+    if (added) {
+        std::string name = g_type_name(type);
+        found->second = !isToolkitTypeName(name) || dlsym(RTLD_DEFAULT, getTypeFunctionName(name).c_str()) != nullptr;
+    }
+    return found->second;
+}
+
+bool isCheckable(GtkWidget* widget) {
+    return GTK_IS_CHECK_BUTTON(widget) || GTK_IS_TOGGLE_BUTTON(widget) || GTK_IS_SWITCH(widget);
+}
+
+bool isChecked(GtkWidget* widget) {
+    if (GTK_IS_CHECK_BUTTON(widget)) return gtk_check_button_get_active(GTK_CHECK_BUTTON(widget));
+    if (GTK_IS_TOGGLE_BUTTON(widget)) return gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widget));
+    return GTK_IS_SWITCH(widget) && gtk_switch_get_active(GTK_SWITCH(widget));
+}
+
+std::optional<std::string> labelOf(const char* text, bool underline) {
+    if (!text) return std::nullopt;
+    return underline ? withoutMnemonics(text) : std::string(text);
+}
+
+}  // namespace
+
+std::string withoutMnemonics(const std::string& text) {
+    std::string plain;
+    plain.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '_' && i + 1 < text.size()) ++i;  // "__" is a literal '_'
+        else if (text[i] == '_') continue;
+        plain += text[i];
+    }
+    return plain;
+}
+
+std::string gtkClassName(GObject* object) {
+    if (!object) return {};
+    GType type = G_OBJECT_TYPE(object);
+    while (!isPublicType(type) && g_type_parent(type)) type = g_type_parent(type);
+    return g_type_name(type);
+}
+
+std::optional<std::string> gtkWidgetName(GtkWidget* widget) {
+    if (!widget) return std::nullopt;
+    if (const char* id = gtk_buildable_get_buildable_id(GTK_BUILDABLE(widget)); id && *id) return std::string(id);
+    const char* name = gtk_widget_get_name(widget);
+    if (!name || !*name || std::string(name) == G_OBJECT_TYPE_NAME(widget)) return std::nullopt;
+    return std::string(name);
+}
+
+std::optional<std::string> gtkTitle(GtkWidget* widget) {
+    if (GTK_IS_CHECK_BUTTON(widget))
+        return labelOf(gtk_check_button_get_label(GTK_CHECK_BUTTON(widget)),
+                       gtk_check_button_get_use_underline(GTK_CHECK_BUTTON(widget)));
+    if (GTK_IS_MENU_BUTTON(widget))
+        return labelOf(gtk_menu_button_get_label(GTK_MENU_BUTTON(widget)),
+                       gtk_menu_button_get_use_underline(GTK_MENU_BUTTON(widget)));
+    if (GTK_IS_BUTTON(widget))
+        return labelOf(gtk_button_get_label(GTK_BUTTON(widget)), gtk_button_get_use_underline(GTK_BUTTON(widget)));
+    if (GTK_IS_EXPANDER(widget))
+        return labelOf(gtk_expander_get_label(GTK_EXPANDER(widget)),
+                       gtk_expander_get_use_underline(GTK_EXPANDER(widget)));
+    if (GTK_IS_FRAME(widget)) return labelOf(gtk_frame_get_label(GTK_FRAME(widget)), false);
+    if (GTK_IS_WINDOW(widget)) return labelOf(gtk_window_get_title(GTK_WINDOW(widget)), false);
+    return std::nullopt;
+}
+
+bool gtkRespondsToSelector(GtkWidget* widget, const std::string& selector) {
+    if (!widget) return false;
+    if (selector == "title") return gtkTitle(widget).has_value();
+    if (selector == "hbViewName") return gtkWidgetName(widget).has_value();
+    if (selector == "isEnabled" || selector == "toolTip") return true;
+    return selector == "isChecked" && isCheckable(widget);
+}
+
+platform::Value gtkPerformSelector(GtkWidget* widget, const std::string& selector) {
+    if (!gtkRespondsToSelector(widget, selector)) return {};
+    if (selector == "title") return *gtkTitle(widget);
+    if (selector == "hbViewName") return *gtkWidgetName(widget);
+    if (selector == "isEnabled") return static_cast<bool>(gtk_widget_is_sensitive(widget));
+    if (selector == "toolTip") {
+        const char* tip = gtk_widget_get_tooltip_text(widget);
+        return std::string(tip ? tip : "");
+    }
+    return isChecked(widget);
+}
+
+}  // namespace jtk::gtk
