@@ -40,6 +40,8 @@ fi
 
 export HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache"
 export XDG_RUNTIME_DIR="$home/runtime" DISPLAY="$display" GDK_BACKEND=x11
+# No accessibility bus nor settings daemon to reach on a bare X server.
+export GTK_A11Y=none NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory
 export GTKSAMPLE_SCREENSHOTS_DIR="$home/Screenshots"
 # The program's data folder is GLib's user data folder and its name; its
 # settings are the defaults file the backend keeps under the configuration folder.

@@ -150,6 +150,7 @@ JTK_TEST(testChoosesColoursFromTheDropDown) {
     for (const char* colour : {"Green", "Navy"}) {
         element("Colour").clickMenuItem(colour);
         JTK_CHECK_EQ(element("ColourChoice").value(), std::string("Colour: ") + colour);
+        JTK_CHECK_EQ(element("Colour").value(), colour);
     }
 }
 

@@ -220,12 +220,20 @@ void GtkSampleWindow::buildChoices() {
     gtk_widget_set_name(colour, "Colour");
     place(content_, colour, 20, 276, 150, 26);
     colourLabel_ = addLabel(180, 277, 150, "Colour: none", "ColourChoice");
-    // The drop-down shows its first colour; the label follows a choice.
+    // The drop-down shows its first colour; the label follows a choice. Its
+    // value for tests is the colour it shows, kept as its hbViewValue.
+    auto showColour = +[](GtkDropDown* dropDown) {
+        auto* chosen = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(dropDown));
+        g_object_set_data_full(G_OBJECT(dropDown), "hbViewValue",
+                               g_strdup(chosen ? gtk_string_object_get_string(chosen) : ""), g_free);
+    };
+    showColour(GTK_DROP_DOWN(colour));
     g_signal_connect(colour, "notify::selected", G_CALLBACK(+[](GtkDropDown* dropDown, GParamSpec*, GtkLabel* label) {
                          auto* chosen = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(dropDown));
                          if (chosen) setLabel(label, std::string("Colour: ") + gtk_string_object_get_string(chosen));
                      }),
                      colourLabel_);
+    g_signal_connect(colour, "notify::selected", G_CALLBACK(showColour), nullptr);
 
     place(content_, status_badge_new(), 20, 320, 260, 40);
 
