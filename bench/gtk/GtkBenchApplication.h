@@ -1,7 +1,8 @@
 // What a GTK benchmark program does before and around GTK: the X11 backend
 // (GTK 4 runs on X11 here; ElementSearchBench and InputActionBench start an
-// Xvfb for it when no display is given), a private runtime folder, which a
-// headless machine may not have, and GTK's main context as the main loop.
+// Xvfb for it when no display is given) with no accessibility or settings
+// bus to look for, a private runtime folder, which a headless machine may
+// not have, and GTK's main context as the main loop.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -19,6 +20,10 @@ namespace jtk::bench {
 // Starts GTK and the backend; false, with a message, when there is no display.
 inline bool startGtk(int argc, char** argv) {
     setenv("GDK_BACKEND", "x11", 0);
+    // No accessibility bus nor settings daemon to reach on a bare X server.
+    setenv("GTK_A11Y", "none", 0);
+    setenv("NO_AT_BRIDGE", "1", 0);
+    setenv("GSETTINGS_BACKEND", "memory", 0);
     if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); !runtime || !*runtime) {
         std::filesystem::path folder = std::filesystem::temp_directory_path() / "jtk-bench-runtime";
         std::error_code error;
