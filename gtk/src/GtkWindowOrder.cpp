@@ -59,9 +59,24 @@ void centreOverParent(GtkWidget* window) {
                            std::max(0.0, parentPosition->y + (parentSize.height - size.height) / 2)});
 }
 
-// After a GtkWindow has mapped (its size known): placed, raised, focused.
-gboolean settleMappedWindow(gpointer data) {
-    auto* window = static_cast<GtkWidget*>(data);
+// A window waiting for its first frame, when its surface has its size;
+// freed when the handler goes (after the frame, or with the clock).
+struct FirstFrame {
+    GtkWidget* window;  // a reference of its own
+    GdkFrameClock* clock;
+    gulong handler = 0;
+};
+
+void freeFirstFrame(gpointer data, GClosure*) {
+    auto* frame = static_cast<FirstFrame*>(data);
+    g_object_unref(frame->window);
+    delete frame;
+}
+
+// After a GtkWindow's first frame (its size known): placed, raised, focused.
+void settleMappedWindow(FirstFrame* frame) {
+    auto* window = GTK_WIDGET(g_object_ref(frame->window));
+    g_signal_handler_disconnect(frame->clock, frame->handler);  // frees the frame
     if (gtk_widget_get_mapped(window)) {
         if (!g_object_get_data(G_OBJECT(window), placedKey)) {
             g_object_set_data(G_OBJECT(window), placedKey, GINT_TO_POINTER(1));
@@ -71,7 +86,6 @@ gboolean settleMappedWindow(gpointer data) {
         activateWindow(window);
     }
     g_object_unref(window);
-    return G_SOURCE_REMOVE;
 }
 
 // Every widget's "map": natives are noted as they open, in front.
@@ -86,7 +100,11 @@ gboolean nativeMapped(GSignalInvocationHint*, guint, const GValue* parameters, g
             moveSurfaceTo(widget, *wanted);
             g_object_set_data(G_OBJECT(widget), placedKey, GINT_TO_POINTER(1));
         }
-        g_idle_add_full(G_PRIORITY_HIGH_IDLE, settleMappedWindow, g_object_ref(widget), nullptr);
+        if (GdkFrameClock* clock = gtk_widget_get_frame_clock(widget)) {
+            auto* frame = new FirstFrame{GTK_WIDGET(g_object_ref(widget)), clock};
+            frame->handler = g_signal_connect_data(clock, "after-paint", G_CALLBACK(settleMappedWindow), frame,
+                                                   freeFirstFrame, G_CONNECT_SWAPPED);
+        }
     }
     return TRUE;
 }

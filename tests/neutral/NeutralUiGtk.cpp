@@ -17,6 +17,7 @@
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Screen.h"
+#include "tests/gtk/GtkTestLoop.h"
 #include "tests/neutral/NeutralUi.h"
 
 namespace neutral {
@@ -86,31 +87,8 @@ void letControlsTakeTheirFrames() {
     g_object_unref(provider);
 }
 
-// Runs GTK's main context until nothing is pending.
-void drainEvents() {
-    while (g_main_context_iteration(nullptr, FALSE)) {
-    }
-}
-
-// GTK lays widgets out on its frame clock, not when they are added: outside
-// the main loop (a test's set-up) this runs the loop until the window has
-// been laid out and painted, so that frames are final. Inside the loop (work
-// the main queue runs) it does nothing: the test's own steps wait there.
-void waitForLayout(GtkWidget* widget) {
-    GdkFrameClock* clock = gtk_widget_get_frame_clock(widget);
-    if (g_main_depth() > 0 || !clock) return;
-    bool painted = false;
-    gulong handler = g_signal_connect_swapped(clock, "after-paint", G_CALLBACK(+[](bool* flag) { *flag = true; }),
-                                              &painted);
-    gtk_widget_queue_resize(widget);
-    gdk_frame_clock_request_phase(clock, GDK_FRAME_CLOCK_PHASE_LAYOUT);
-    guint wake = g_timeout_add(5, +[](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-    while (!painted && std::chrono::steady_clock::now() < deadline) g_main_context_iteration(nullptr, TRUE);
-    g_source_remove(wake);
-    g_signal_handler_disconnect(clock, handler);
-    drainEvents();
-}
+using gtktest::drainEvents;
+using gtktest::waitForLayout;
 
 }  // namespace
 
