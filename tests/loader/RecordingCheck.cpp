@@ -1,14 +1,16 @@
-// A person's session on an unmodified Qt program, recorded and replayed: the
-// program runs under the loader on a private X server in a recording session
-// (--jtk-record); xdotool clicks the recorder's status item, works in the
-// program and clicks the status item again, as a person would. The recorded
-// C++ statements must be exactly the session's, one per action; the test
-// source file they went into is then built into its tests library again and
-// replayed, and the program must show what it showed the person. Two
-// programs: Debian's calculator example (keys found by title and class, the
-// display a program's own text) and a small notes program of ours (a field
-// that empties itself on Return, an F5 shortcut, a menu-bar command without
-// a shortcut chosen with the mouse and the keyboard in the open menu).
+// A person's session on a program, recorded and replayed: the program runs
+// on a private X server in a recording session (--jtk-record), under a
+// loader or built with JTK; xdotool clicks the recorder's status item, works
+// in the program and clicks the status item again, as a person would. The
+// recorded C++ statements must be exactly the session's, one per action; the
+// test source file they went into is then built again (into the tests
+// library, or into the program built with it) and replayed, and the program
+// must show what it showed the person. Three programs: Debian's Qt
+// calculator example (keys found by title and class, the display a program's
+// own text), a small Qt notes program of ours (a field that empties itself
+// on Return, an F5 shortcut, a menu-bar command without a shortcut chosen
+// with the mouse and the keyboard in the open menu) and its GTK 4 twin built
+// with JTK (the same, the menu command chosen with the mouse, and a button).
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -27,24 +29,27 @@ namespace {
 
 constexpr int screenWidth = 1280, screenHeight = 800;
 
-// One thing the person does: click a place the tests library reported (by
-// its title), type text, or press keys (xdotool key names). line is the
+// One thing the person does: click a place the tests reported (by its
+// title), type text, or press keys (xdotool key names). line is the
 // statement it records, if it records one of its own; a click's is its
-// element reference, completed with the click's offset.
+// element reference, completed with the click's offset, a choice's (a click
+// on a menu item) the whole statement.
 struct Step {
-    enum Kind { click, type, keys } kind;
+    enum Kind { click, choose, type, keys } kind;
     std::string what;
     std::string line;
 };
 
 struct Session {
     const char* label;
-    const char* program;  // environment variables of the program, its tests library, its template
+    const char* program;  // environment variables of the program, its tests library (none: built with JTK), its template
     const char* library;
     const char* source;
     const char* templateFile;
-    const char* target;
+    const char* target;      // what is built again with the recording
     const char* windowName;  // xdotool's pattern for the program's windows
+    const char* loader;      // environment variable of the loader; none for a program built with JTK
+    const char* platform;    // the toolkit's choice of the X server
     std::vector<Step> steps;
     friend void PrintTo(const Session& s, std::ostream* out) { *out << s.label; }
 };
@@ -114,8 +119,9 @@ class LoadedProgramRecording : public ::testing::TestWithParam<Session> {
 protected:
     void SetUp() override {
         program = environment(GetParam().program);
-        library = environment(GetParam().library);
-        if (program.empty() || !fs::exists(program)) GTEST_SKIP() << "no " << GetParam().label << " program (qtbase5-examples installs the calculator)";
+        if (GetParam().library) library = environment(GetParam().library);
+        if (program.empty() || !fs::exists(program))
+            GTEST_SKIP() << "no " << GetParam().label << " program (qtbase5-examples installs the calculator; the GTK one needs GTK 4)";
         if (std::system("command -v Xvfb >/dev/null && command -v xdotool >/dev/null") != 0)
             GTEST_SKIP() << "Xvfb or xdotool is not installed (scripts/setup.sh installs both)";
         char folder[] = "/tmp/jtk-recording-XXXXXX";
@@ -139,16 +145,19 @@ protected:
         if (!home.empty()) fs::remove_all(home);
     }
 
-    // The program under the loader with its recording tests library and these options.
+    // The program (under its loader with its recording tests library) with these options.
     std::unique_ptr<Child> launch(const std::string& options) {
+        const Session& session = GetParam();
+        std::string preload = session.loader ? " LD_PRELOAD=" + shellQuoted(environment(session.loader)) : "";
+        std::string tests = library.empty() ? "" : " --jtk-tests=" + shellQuoted(library);
         std::string command = "cd " + shellQuoted(home.string()) + " && exec env HOME=" + shellQuoted(home.string()) +
                               " XDG_DATA_HOME=" + shellQuoted((home / "data").string()) +
                               " XDG_CONFIG_HOME=" + shellQuoted((home / "config").string()) +
                               " XDG_CACHE_HOME=" + shellQuoted((home / "cache").string()) +
                               " XDG_RUNTIME_DIR=" + shellQuoted((home / "runtime").string()) +
                               " JTK_LOADED_SCREENSHOTS_DIR=" + shellQuoted((home / "Screenshots").string()) +
-                              " QT_QPA_PLATFORM=xcb LD_PRELOAD=" + shellQuoted(environment("JTK_LOADER")) + " " +
-                              shellQuoted(program) + " uxtest --jtk-tests=" + shellQuoted(library) + " " + options + " 2>&1";
+                              " " + session.platform + preload + " " + shellQuoted(program) + " uxtest" + tests + " " +
+                              options + " 2>&1";
         return std::make_unique<Child>(std::vector<std::string>{"/bin/bash", "-c", command});
     }
 
@@ -195,6 +204,11 @@ TEST_P(LoadedProgramRecording, replaysToWhatThePersonSaw) {
             const Key& place = places[step.what];
             xdotool("mousemove " + std::to_string(place.pixelX()) + " " + std::to_string(place.pixelY()) + " click 1");
             if (!step.line.empty()) expected.push_back("    " + step.line + "." + place.click() + ";");
+        } else if (step.kind == Step::choose) {
+            ASSERT_TRUE(places.count(step.what)) << "no menu item titled " << step.what << "\n" << running->transcript();
+            const Key& place = places[step.what];
+            xdotool("mousemove " + std::to_string(place.pixelX()) + " " + std::to_string(place.pixelY()) + " click 1");
+            expected.push_back("    " + step.line);
         } else {
             xdotool(step.kind == Step::type ? "type -- " + shellQuoted(step.what) : "key " + step.what);
             if (!step.line.empty()) expected.push_back("    " + step.line);
@@ -239,11 +253,11 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         // 7 + 8 = × 2 =: each key once, by its title; the display is the program's own text, not typing.
         Session{"calculator", "JTK_CALCULATOR", "JTK_CALCULATOR_LIBRARY", "JTK_CALCULATOR_SOURCE", "JTK_CALCULATOR_TEMPLATE",
-                "calculator_recording_uxtests", "^calculator$",
+                "calculator_recording_uxtests", "^calculator$", "JTK_LOADER", "QT_QPA_PLATFORM=xcb",
                 {press("7"), press("+"), press("8"), press("="), press("\u00D7"), press("2"), press("=")}},
         // Two notes typed into a field that empties itself on Return, F5, and Edit ▸ Upper Case from the menu bar.
         Session{"notes", "JTK_NOTES", "JTK_NOTES_LIBRARY", "JTK_NOTES_SOURCE", "JTK_NOTES_TEMPLATE", "notes_recording_uxtests",
-                "^Notes$",
+                "^Notes$", "JTK_LOADER", "QT_QPA_PLATFORM=xcb",
                 {{Step::click, "entry", "element(\"entry\")"},
                  {Step::type, "milk", ""},
                  {Step::keys, "Return", "typeText(\"milk\\r\");"},
@@ -251,7 +265,21 @@ INSTANTIATE_TEST_SUITE_P(
                  {Step::keys, "Return", "typeText(\"eggs\\r\");"},
                  {Step::keys, "F5", "typeKey(\"F5\");"},
                  {Step::click, "Edit", ""},
-                 {Step::keys, "Down Return", "element(\"Edit\", jtk::JTKClass{\"QMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}}}),
+                 {Step::keys, "Down Return", "element(\"Edit\", jtk::JTKClass{\"QMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}}},
+        // The same on GTK 4, with the Count button, and the menu item clicked
+        // (an open popover takes no keys from a bare X server's focus).
+        Session{"gtknotes", "JTK_GTK_NOTES", nullptr, "JTK_GTK_NOTES_SOURCE", "JTK_GTK_NOTES_TEMPLATE", "jtk_gtk_notes",
+                "^Notes$", nullptr, "GDK_BACKEND=x11",
+                {{Step::click, "entry", "element(\"entry\")"},
+                 {Step::type, "milk", ""},
+                 {Step::keys, "Return", "typeText(\"milk\\r\");"},
+                 {Step::type, "eggs", ""},
+                 {Step::keys, "Return", "typeText(\"eggs\\r\");"},
+                 {Step::keys, "F5", "typeKey(\"F5\");"},
+                 {Step::click, "Count", "element(\"Count\", jtk::JTKClass{\"GtkButton\"})"},
+                 {Step::click, "Edit", ""},
+                 {Step::choose, "Upper Case",
+                  "element(\"Edit\", jtk::JTKClass{\"GtkPopoverMenuBarItem\"}).clickMenuItem(\"Upper Case\");"}}}),
     [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace

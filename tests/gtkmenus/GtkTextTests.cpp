@@ -1,0 +1,78 @@
+// Text notifications follow a person's typing only: keys typed into a field
+// (an entry, a search entry, a spin button) or a text view change it, the
+// program's own setting of the text does not; Return ends a field's editing.
+// Each names the field (never its inner GtkText) as object and text object.
+#include <gtest/gtest.h>
+
+#include "GtkMenusFixture.h"
+#include "GtkWrappers.h"
+#include "JTK/platform/Notifications.h"
+#include "JTK/platform/Text.h"
+
+namespace {
+
+using namespace gtkmenus;
+using jtk::platform::Notification;
+
+struct TextCase {
+    const char* label;
+    GtkWidget* (*make)();
+    bool endsOnReturn;
+};
+
+class GtkTextTest : public ::testing::TestWithParam<TextCase> {};
+
+void setText(GtkWidget* widget, const char* text) {
+    if (GTK_IS_TEXT_VIEW(widget)) gtk_text_buffer_set_text(gtk_text_view_get_buffer(GTK_TEXT_VIEW(widget)), text, -1);
+    else gtk_editable_set_text(GTK_EDITABLE(widget), text);
+}
+
+TEST_P(GtkTextTest, aPersonsTypingChangesTheFieldAndReturnEndsIt) {
+    GtkWidget* field = GetParam().make();
+    GtkWidget* window = showWindow(field);
+    gtk_widget_grab_focus(field);
+    auto view = jtk::gtk::viewFor(field);
+    std::vector<std::string> changes;
+    int ends = 0;
+    auto& center = jtk::platform::defaultNotificationCenter();
+    auto observe = [&](const char* name, std::function<void()> heard) {
+        return center.addObserver(name, {}, jtk::platform::DeliveryQueue::postingThread, [&, heard](const Notification& note) {
+            auto* textObject = note.userInfo.find(jtk::platform::textObjectKey);
+            EXPECT_EQ(note.object.object(), view);
+            EXPECT_TRUE(textObject && textObject->object() == view);
+            heard();
+        });
+    };
+    uint64_t changed = observe(jtk::platform::textDidChangeNotification,
+                               [&] { changes.push_back(*jtk::platform::textObjectString(*view)); });
+    uint64_t ended = observe(jtk::platform::textDidEndEditingNotification, [&] { ++ends; });
+
+    setText(field, "4");  // the program's
+    constexpr uint16_t two = 19, three = 20, returnKey = 36;
+    pressKey(two);
+    pressKey(three);
+    EXPECT_EQ(changes, (std::vector<std::string>{"42", "423"}));
+    EXPECT_EQ(jtk::platform::textObjectString(*view), "423");
+    pressKey(returnKey);
+    EXPECT_EQ(ends, GetParam().endsOnReturn ? 1 : 0);
+    center.removeObserver(changed);
+    center.removeObserver(ended);
+    gtk_window_destroy(GTK_WINDOW(window));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fields, GtkTextTest,
+    ::testing::Values(TextCase{"Entry", [] { return gtk_entry_new(); }, true},
+                      TextCase{"SearchEntry", [] { return gtk_search_entry_new(); }, true},
+                      TextCase{"SpinButton", [] { return gtk_spin_button_new_with_range(0, 1000, 1); }, true},
+                      TextCase{"TextView", [] { return gtk_text_view_new(); }, false}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(GtkTextObjectTest, onlyTextWidgetsHaveAText) {
+    GtkWidget* label = gtk_label_new("Not editable");
+    g_object_ref_sink(label);
+    EXPECT_FALSE(jtk::platform::textObjectString(*jtk::gtk::viewFor(label)));
+    g_object_unref(label);
+}
+
+}  // namespace
