@@ -146,7 +146,7 @@ JTK_TEST(testTogglesTheDarkModeSetting) {
     JTK_CHECK_EQ(element("Theme").value(), "Theme: dark");
 }
 
-JTK_TEST(testChoosesColoursFromTheDropDown) {
+JTK_TEST(testChoosesColoursFromTheMenuButton) {
     for (const char* colour : {"Green", "Navy"}) {
         element("Colour").clickMenuItem(colour);
         JTK_CHECK_EQ(element("ColourChoice").value(), std::string("Colour: ") + colour);

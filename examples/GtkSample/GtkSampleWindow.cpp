@@ -115,7 +115,8 @@ void GtkSampleWindow::buildMenu(GtkWidget* column) {
     g_action_map_add_action(G_ACTION_MAP(actions), G_ACTION(newAction));
     g_object_unref(newAction);
     gtk_widget_insert_action_group(GTK_WIDGET(window_), "win", G_ACTION_GROUP(actions));
-    g_object_unref(actions);
+    g_object_unref(actions);  // the window holds it
+    actions_ = G_ACTION_MAP(actions);
 
     GMenu* file = g_menu_new();
     GMenuItem* item = g_menu_item_new("_New Document", "win.new-document");
@@ -215,25 +216,7 @@ void GtkSampleWindow::buildChoices() {
                      theme);
     g_object_unref(builder);  // the window holds the widgets now
 
-    const char* colours[] = {"Red", "Green", "Blue", "Teal", "Navy", nullptr};
-    GtkWidget* colour = gtk_drop_down_new_from_strings(colours);
-    gtk_widget_set_name(colour, "Colour");
-    place(content_, colour, 20, 276, 150, 26);
-    colourLabel_ = addLabel(180, 277, 150, "Colour: none", "ColourChoice");
-    // The drop-down shows its first colour; the label follows a choice. Its
-    // value for tests is the colour it shows, kept as its hbViewValue.
-    auto showColour = +[](GtkDropDown* dropDown) {
-        auto* chosen = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(dropDown));
-        g_object_set_data_full(G_OBJECT(dropDown), "hbViewValue",
-                               g_strdup(chosen ? gtk_string_object_get_string(chosen) : ""), g_free);
-    };
-    showColour(GTK_DROP_DOWN(colour));
-    g_signal_connect(colour, "notify::selected", G_CALLBACK(+[](GtkDropDown* dropDown, GParamSpec*, GtkLabel* label) {
-                         auto* chosen = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(dropDown));
-                         if (chosen) setLabel(label, std::string("Colour: ") + gtk_string_object_get_string(chosen));
-                     }),
-                     colourLabel_);
-    g_signal_connect(colour, "notify::selected", G_CALLBACK(showColour), nullptr);
+    buildColourChoice();
 
     place(content_, status_badge_new(), 20, 320, 260, 40);
 
@@ -241,6 +224,45 @@ void GtkSampleWindow::buildChoices() {
     place(content_, showDetails, 20, 380, 120, 30);
     g_signal_connect_swapped(showDetails, "clicked", G_CALLBACK(call<&GtkSampleWindow::showDetailsWindowSoon>), this);
     documentsLabel_ = addLabel(150, 383, 200, "Documents: 0", "Documents");
+}
+
+void GtkSampleWindow::buildColourChoice() {
+    // A menu button offers the colours as a choice: a radio group in its
+    // menu, over a stateful action of the window whose state is the colour.
+    // The button shows the colour chosen, which is also its value for tests
+    // (its hbViewValue); the label says a choice was made.
+    GtkWidget* button = gtk_menu_button_new();
+    gtk_widget_set_name(button, "Colour");
+    place(content_, button, 20, 276, 150, 26);
+    colourLabel_ = addLabel(180, 277, 150, "Colour: none", "ColourChoice");
+    GMenu* colours = g_menu_new();
+    for (const char* colour : {"Red", "Green", "Blue", "Teal", "Navy"}) {
+        GMenuItem* item = g_menu_item_new(colour, nullptr);
+        g_menu_item_set_action_and_target_value(item, "win.colour", g_variant_new_string(colour));
+        g_menu_append_item(colours, item);
+        g_object_unref(item);
+    }
+    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(button), G_MENU_MODEL(colours));
+    g_object_unref(colours);
+    colourButton_ = GTK_MENU_BUTTON(button);
+    showColour("Red");
+
+    GSimpleAction* choice = g_simple_action_new_stateful("colour", G_VARIANT_TYPE_STRING, g_variant_new_string("Red"));
+    g_signal_connect(choice, "change-state", G_CALLBACK(+[](GSimpleAction* action, GVariant* value, gpointer data) {
+                         g_simple_action_set_state(action, value);
+                         auto* self = static_cast<GtkSampleWindow*>(data);
+                         const char* colour = g_variant_get_string(value, nullptr);
+                         self->showColour(colour);
+                         setLabel(self->colourLabel_, std::string("Colour: ") + colour);
+                     }),
+                     this);
+    g_action_map_add_action(actions_, G_ACTION(choice));
+    g_object_unref(choice);
+}
+
+void GtkSampleWindow::showColour(const char* colour) {
+    gtk_menu_button_set_label(colourButton_, colour);
+    g_object_set_data_full(G_OBJECT(colourButton_), "hbViewValue", g_strdup(colour), g_free);
 }
 
 void GtkSampleWindow::showDetailsWindowSoon() {

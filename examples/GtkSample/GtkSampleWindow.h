@@ -1,5 +1,5 @@
 // The GTK sample's main window: counters, two name fields, a volume scale, a
-// colour drop-down, a settings frame, a status badge, a details window that
+// colour menu button, a settings frame, a status badge, a details window that
 // appears a moment after it is asked for, and a File menu in a menu bar with
 // a shortcut. Its state shows in labels, so both a person and a UI test can
 // read it. GTK owns the widgets; this object only keeps pointers to them and
@@ -31,6 +31,8 @@ private:
     void buildCounters();
     void buildNameFields();
     void buildChoices();
+    void buildColourChoice();
+    void showColour(const char* colour);
     void showDetailsWindowSoon();
     void buildDetailsWindow();
     void updateFullName();
@@ -38,6 +40,8 @@ private:
 
     GtkWindow* window_ = nullptr;
     GtkFixed* content_ = nullptr;
+    GActionMap* actions_ = nullptr;  // the window's "win" actions
+    GtkMenuButton* colourButton_ = nullptr;
     GtkWindow* details_ = nullptr;
     GtkLabel* greetingLabel_ = nullptr;
     GtkLabel* userLabel_ = nullptr;
