@@ -22,8 +22,9 @@ namespace {
 
 constexpr double largestSide = 16384;
 
-// The native the view is drawn in, and the view's rectangle in the native's
-// bounds (y down); none when GTK cannot draw it.
+// The native the view is drawn in, and the view's rectangle in the picture
+// of the native (y down). The native's paintable draws its bounds with their
+// top left corner at (0, 0); none when GTK cannot draw the view.
 struct DrawnRegion {
     GtkWidget* native = nullptr;
     platform::Rect rect;
@@ -40,14 +41,16 @@ std::optional<DrawnRegion> drawnRegionOf(const platform::View& view) {
     if (!native || !gtk_widget_get_mapped(native) || !gtk_widget_compute_bounds(native, native, &nativeBox))
         return std::nullopt;
     if (!widget) {
-        // The frame view: the whole surface, the native offset by its surface transform.
+        // The frame view: the whole surface, whose origin is the native's
+        // origin less the surface transform.
         double dx = 0, dy = 0;
         gtk_native_get_surface_transform(GTK_NATIVE(native), &dx, &dy);
         auto size = surfaceSize(native);
-        return DrawnRegion{native, {nativeBox.origin.x - dx, nativeBox.origin.y - dy, size.width, size.height}};
+        return DrawnRegion{native, {-dx - nativeBox.origin.x, -dy - nativeBox.origin.y, size.width, size.height}};
     }
     if (!gtk_widget_compute_bounds(widget, native, &widgetBox)) return std::nullopt;
-    return DrawnRegion{native, {widgetBox.origin.x, widgetBox.origin.y, widgetBox.size.width, widgetBox.size.height}};
+    return DrawnRegion{native, {widgetBox.origin.x - nativeBox.origin.x, widgetBox.origin.y - nativeBox.origin.y,
+                                widgetBox.size.width, widgetBox.size.height}};
 }
 
 // The native drawn as a render node, in its own coordinates.

@@ -51,6 +51,11 @@ void wake() { g_idle_add_full(G_PRIORITY_DEFAULT, drainFromGLib, nullptr, nullpt
 
 int modalDepth = 0;  // main thread
 
+// Main thread: work items running (nested loops run items inside items) and
+// the step counter, advanced as each item starts and ends.
+int workDepth = 0;
+uint64_t stepCounter = 0;
+
 }  // namespace
 
 void setMainThread() { mainThreadId() = std::this_thread::get_id(); }
@@ -88,10 +93,16 @@ int drainMainQueue() {
             if (!queue.work.empty() && !queue.wakePending) needsWake = queue.wakePending = true;
         }
         if (needsWake) wake();
+        ++workDepth;
+        ++stepCounter;
         work();
+        --workDepth;
+        ++stepCounter;
         ++ran;
     }
 }
+
+uint64_t mainQueueStep() { return workDepth > 0 ? stepCounter : 0; }
 
 ModalScope::ModalScope() { ++modalDepth; }
 ModalScope::~ModalScope() { --modalDepth; }

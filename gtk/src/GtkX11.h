@@ -16,7 +16,8 @@ namespace jtk::gtk {
 bool displayIsX11();
 // The X window of a native's surface; 0 when it has none (yet).
 uint64_t xWindowOf(GtkWidget* native);
-// The surface's top left corner on the root window (y down).
+// The surface's top left corner on the root window (y down); read once per
+// main-queue step (the backend's own moves read it again).
 std::optional<platform::Point> rootPositionOf(GtkWidget* native);
 // Moves the surface's top left corner to a point of the root window (y down).
 void moveSurfaceTo(GtkWidget* native, platform::Point topLeft);
