@@ -153,7 +153,9 @@ void printActionRatios(const ActionReport& here, const std::vector<BackendAction
             auto theirs = other.report.find(action);
             for (auto [a, b] : {std::pair{mine.wall, theirs == other.report.end() ? 0.0 : theirs->second.wall},
                                 std::pair{mine.overhead, theirs == other.report.end() ? 0.0 : theirs->second.overhead}}) {
-                if (a > 0 && theirs != other.report.end())
+                // A ratio of an overhead below zero (typing that makes fewer
+                // pauses than designed) would mean nothing.
+                if (a > 0 && b > 0 && theirs != other.report.end())
                     std::printf(" %13.2fx", b / a);
                 else
                     std::printf(" %14s", "-");
