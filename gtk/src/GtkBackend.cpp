@@ -15,6 +15,7 @@
 #include "GtkInput.h"
 #include "GtkMainQueue.h"
 #include "GtkMainThread.h"
+#include "GtkMenus.h"
 #include "GtkScreens.h"
 #include "GtkWindowOrder.h"
 #include "JTK/platform/Process.h"
@@ -100,6 +101,8 @@ void installBackend() {
     startWindowTracking();
     startInput();
     startEventMonitoring();
+    startMenuObservers();
+    startTextObservers();
     if (runsUnderTest()) makePicturesDeterministic();
 }
 

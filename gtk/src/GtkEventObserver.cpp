@@ -3,7 +3,6 @@
 // handles it (GTK 4 lets no one swallow or change it). Mouse, wheel and key
 // events become platform events, with the location on the X root window
 // (global, y down) and the click count GTK's click gestures will count.
-#include <gdk/x11/gdkx.h>
 #include <gtk/gtk.h>
 
 #include <cmath>
@@ -13,6 +12,7 @@
 #include "GtkEventObserver.h"
 #include "GtkInput.h"
 #include "GtkKeyMapping.h"
+#include "GtkX11.h"
 
 namespace jtk::gtk {
 
@@ -47,22 +47,17 @@ ObserverState& state() {
     return *observer;
 }
 
-platform::Point surfaceOrigin(GdkSurface* surface) {
-    GdkDisplay* display = gdk_surface_get_display(surface);
-    if (!GDK_IS_X11_DISPLAY(display)) return {};
-    Display* xdisplay = gdk_x11_display_get_xdisplay(display);
-    Window child = 0;
-    int x = 0, y = 0;
-    XTranslateCoordinates(xdisplay, gdk_x11_surface_get_xid(surface), DefaultRootWindow(xdisplay), 0, 0, &x, &y, &child);
-    return {static_cast<double>(x), static_cast<double>(y)};
-}
-
-platform::Point globalLocation(GdkEvent* event, GdkSurface* surface) {
+platform::Point globalLocation(GdkEvent* event, GdkSurface* surface, GtkWidget* native) {
     double x = 0, y = 0;
-    gdk_event_get_position(event, &x, &y);
+    // A wheel event on X11 has no position of its own: the pointer's, then.
+    if (!gdk_event_get_position(event, &x, &y) || std::isnan(x) || std::isnan(y)) {
+        GdkSeat* seat = gdk_display_get_default_seat(gdk_surface_get_display(surface));
+        GdkDevice* pointer = seat ? gdk_seat_get_pointer(seat) : nullptr;
+        if (!pointer || !gdk_surface_get_device_position(surface, pointer, &x, &y, nullptr)) x = y = 0;
+    }
     // Surface coordinates are X pixels divided by the surface's scale.
     double scale = gdk_surface_get_scale_factor(surface);
-    platform::Point origin = surfaceOrigin(surface);
+    platform::Point origin = rootPositionOf(native).value_or(platform::Point{});
     return {origin.x + x * scale, origin.y + y * scale};
 }
 
@@ -79,8 +74,9 @@ int64_t countPress(platform::MouseButton button, platform::Point location, guint
     return ++series.count;
 }
 
-bool convertMouse(GdkEvent* event, GdkEventType type, GdkSurface* surface, platform::Event& converted) {
-    converted.location = globalLocation(event, surface);
+bool convertMouse(GdkEvent* event, GdkEventType type, GdkSurface* surface, GtkWidget* native,
+                  platform::Event& converted) {
+    converted.location = globalLocation(event, surface, native);
     if (type == GDK_MOTION_NOTIFY) {
         bool dragging = gdk_event_get_modifier_state(event) & GDK_BUTTON1_MASK;
         converted.type = dragging ? EventType::leftMouseDragged : EventType::mouseMoved;
@@ -98,7 +94,7 @@ bool convertMouse(GdkEvent* event, GdkEventType type, GdkSurface* surface, platf
     return true;
 }
 
-bool convertScroll(GdkEvent* event, GdkSurface* surface, platform::Event& converted) {
+bool convertScroll(GdkEvent* event, GdkSurface* surface, GtkWidget* native, platform::Event& converted) {
     double dx = 0, dy = 0;
     switch (gdk_scroll_event_get_direction(event)) {
         case GDK_SCROLL_UP:
@@ -116,7 +112,7 @@ bool convertScroll(GdkEvent* event, GdkSurface* surface, platform::Event& conver
             return false;  // sideways: the platform's wheel has no such axis
     }
     converted.type = EventType::scrollWheel;
-    converted.location = globalLocation(event, surface);
+    converted.location = globalLocation(event, surface, native);
     return true;
 }
 
@@ -145,7 +141,7 @@ void convertKey(GdkEvent* event, GdkEventType type, platform::Event& converted) 
     }
 }
 
-std::shared_ptr<platform::Event> convert(GdkEvent* event, GdkSurface* surface) {
+std::shared_ptr<platform::Event> convert(GdkEvent* event, GdkSurface* surface, GtkWidget* native) {
     auto converted = std::make_shared<platform::Event>();
     converted->flags = platformFlags(gdk_event_get_modifier_state(event));
     GdkEventType type = gdk_event_get_event_type(event);
@@ -154,10 +150,10 @@ std::shared_ptr<platform::Event> convert(GdkEvent* event, GdkSurface* surface) {
         case GDK_BUTTON_PRESS:
         case GDK_BUTTON_RELEASE:
         case GDK_MOTION_NOTIFY:
-            known = convertMouse(event, type, surface, *converted);
+            known = convertMouse(event, type, surface, native, *converted);
             break;
         case GDK_SCROLL:
-            known = convertScroll(event, surface, *converted);
+            known = convertScroll(event, surface, native, *converted);
             break;
         case GDK_KEY_PRESS:
         case GDK_KEY_RELEASE:
@@ -184,7 +180,7 @@ gboolean surfaceEventHook(GSignalInvocationHint*, guint count, const GValue* val
     auto* event = static_cast<GdkEvent*>(g_value_get_pointer(&values[1]));
     GtkNative* native = surface ? gtk_native_get_for_surface(surface) : nullptr;
     if (!event || !native) return TRUE;
-    auto converted = convert(event, surface);
+    auto converted = convert(event, surface, GTK_WIDGET(native));
     if (!converted) return TRUE;
     auto& observer = state();
     if (observer.current) observer.retired.push_back(observer.current);

@@ -23,11 +23,11 @@
 #include "GtkInput.h"
 #include "GtkKeyTyping.h"
 #include "GtkMainQueue.h"
+#include "GtkScreens.h"
 #include "GtkXTest.h"
 #include "JTK/platform/Dispatch.h"
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Process.h"
-#include "JTK/platform/Screen.h"
 #include "JTK/services/HidState.h"
 
 namespace jtk::gtk {
@@ -171,11 +171,6 @@ void post(const platform::Event& event) {
     }
 }
 
-double mainScreenHeight() {
-    auto screens = platform::screens();
-    return screens.empty() ? 0.0 : screens.front().frame.height();
-}
-
 }  // namespace
 
 void startInput() {
@@ -238,10 +233,6 @@ void settleInput() {
     }
 }
 
-Point mouseLocation() {
-    Point cursor = services::HidState::shared().cursor();
-    // The exact inverse of the framework's event point (x, H - y - 1).
-    return {cursor.x, gtk::mainScreenHeight() - 1 - cursor.y};
-}
+Point mouseLocation() { return gtk::screenPointFromGlobal(services::HidState::shared().cursor()); }
 
 }  // namespace jtk::platform

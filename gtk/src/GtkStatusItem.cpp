@@ -5,13 +5,15 @@
 // desktop makes it (its title's length, not its font). Its only child is a
 // button of the type StatusBarButton (a GtkButton) that takes no focus. The
 // window belongs to no GtkApplication, so it never keeps a program running;
-// it is listed among the application's windows like any other.
+// it is listed among the application's windows like any other, and is
+// placed and raised without ever taking the keyboard focus.
 // Main thread only.
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include "GtkMainQueue.h"
+#include "GtkWindowOrder.h"
 #include "GtkWrappers.h"
 #include "GtkX11.h"
 #include "JTK/platform/StatusBar.h"
@@ -69,6 +71,7 @@ public:
         g_object_ref_sink(window_);
         gtk_window_set_decorated(GTK_WINDOW(window_), FALSE);
         gtk_window_set_resizable(GTK_WINDOW(window_), FALSE);
+        keepFromFocus(window_);
         button_ = GTK_WIDGET(g_object_new(statusBarButtonType(), nullptr));
         gtk_widget_set_focusable(button_, FALSE);
         gtk_widget_set_focus_on_click(button_, FALSE);
@@ -77,8 +80,6 @@ public:
         g_signal_connect(button_, "clicked", G_CALLBACK(+[](GtkButton*, GtkStatusItem* item) {
             if (auto action = item->action_) action();
         }), this);
-        // Placed once its surface exists, and again after every change of title.
-        g_signal_connect_after(window_, "map", G_CALLBACK(+[](GtkWidget*, gpointer) { layOut(); }), nullptr);
         items().push_back(this);
     }
     ~GtkStatusItem() override {
@@ -114,10 +115,8 @@ public:
             right -= width;
             gtk_widget_set_size_request(item->button_, width, stripHeight);
             gtk_window_set_default_size(GTK_WINDOW(item->window_), width, stripHeight);
-            if (gtk_widget_get_mapped(item->window_)) {
-                moveSurfaceTo(item->window_, {static_cast<double>(right), 0});
-                raiseSurface(item->window_, false);
-            }
+            placeWindow(item->window_, {static_cast<double>(right), 0});
+            if (gtk_widget_get_mapped(item->window_)) raiseSurface(item->window_, false);
         }
     }
 

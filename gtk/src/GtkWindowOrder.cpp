@@ -15,6 +15,7 @@ constexpr double cascadeStep = 24;
 constexpr const char* frontOrderKey = "jtk-front-order";
 constexpr const char* placementKey = "jtk-placement";  // a platform::Point* the program asked for
 constexpr const char* placedKey = "jtk-placed";
+constexpr const char* noFocusKey = "jtk-takes-no-focus";
 
 uint64_t frontCounter = 0;
 
@@ -83,7 +84,8 @@ void settleMappedWindow(FirstFrame* frame) {
             if (gtk_window_get_transient_for(GTK_WINDOW(window))) centreOverParent(window);
             else if (auto position = cascadePosition(window)) moveSurfaceTo(window, *position);
         }
-        activateWindow(window);
+        if (g_object_get_data(G_OBJECT(window), noFocusKey)) raiseSurface(window, false);
+        else activateWindow(window);
     }
     g_object_unref(window);
 }
@@ -109,6 +111,27 @@ gboolean nativeMapped(GSignalInvocationHint*, guint, const GValue* parameters, g
     return TRUE;
 }
 
+// The front window that takes the keyboard focus (not the status item's).
+gboolean activateFrontWindow(gpointer) {
+    for (GtkWidget* window : orderedWindows()) {
+        if (g_object_get_data(G_OBJECT(window), noFocusKey)) continue;
+        activateWindow(window);
+        break;
+    }
+    return G_SOURCE_REMOVE;
+}
+
+// Every widget's "unmap": when the active window goes (a dialog answered,
+// a window the program hides), the front window becomes active, as a window
+// manager makes it; without one the focus would go to the root window and
+// keys nowhere. Once GTK has finished: it may show another window on the way.
+gboolean nativeUnmapped(GSignalInvocationHint*, guint, const GValue* parameters, gpointer) {
+    GtkWidget* widget = GTK_WIDGET(g_value_get_object(&parameters[0]));
+    if (GTK_IS_WINDOW(widget) && gtk_window_is_active(GTK_WINDOW(widget)))
+        g_idle_add_full(G_PRIORITY_DEFAULT, activateFrontWindow, nullptr, nullptr);
+    return TRUE;
+}
+
 }  // namespace
 
 void startWindowTracking() {
@@ -118,6 +141,7 @@ void startWindowTracking() {
     // GtkWidget's signals exist once its class is made.
     g_type_class_unref(g_type_class_ref(GTK_TYPE_WIDGET));
     g_signal_add_emission_hook(g_signal_lookup("map", GTK_TYPE_WIDGET), 0, nativeMapped, nullptr, nullptr);
+    g_signal_add_emission_hook(g_signal_lookup("unmap", GTK_TYPE_WIDGET), 0, nativeUnmapped, nullptr, nullptr);
     // Windows mapped before the backend started, in GTK's list order.
     GListModel* toplevels = gtk_window_get_toplevels();
     for (guint i = g_list_model_get_n_items(toplevels); i-- > 0;) {
@@ -173,6 +197,8 @@ void placeWindow(GtkWidget* window, platform::Point topLeft) {
         moveSurfaceTo(window, topLeft);
     }
 }
+
+void keepFromFocus(GtkWidget* window) { g_object_set_data(G_OBJECT(window), noFocusKey, GINT_TO_POINTER(1)); }
 
 void activateWindow(GtkWidget* window) {
     if (!window) return;

@@ -9,7 +9,8 @@
 //    the front visible window, at (0, 0) when there is none, back at (0, 0)
 //    when it would not fit on the main screen;
 //  - a window that maps is raised and given the keyboard focus, as a window
-//    manager activates a new window; popovers and tooltips are not placed.
+//    manager activates a new window; popovers and tooltips are not placed;
+//  - when the active window unmaps, the front visible window is activated.
 // Main thread only.
 #pragma once
 
@@ -36,6 +37,9 @@ void bringToFront(GtkWidget* native);
 // Places a window's top left corner at a point of the main screen (y down):
 // now when it has a surface, else when it maps. It is then not cascaded.
 void placeWindow(GtkWidget* window, platform::Point topLeft);
+// Marks a window that never takes the keyboard focus (the status item's):
+// when it maps it is raised, not activated.
+void keepFromFocus(GtkWidget* window);
 // Raises, focuses and brings to the front a GtkWindow (not a pop-up).
 void activateWindow(GtkWidget* window);
 

@@ -83,10 +83,9 @@ void NativeWindow::close() {
     // disposes of the window as it closes.
     auto self = shared_from_this();
     platform::defaultNotificationCenter().post(platform::windowWillCloseNotification, self);
+    // The front window becomes key when the key window goes (GtkWindowOrder.h).
     if (GTK_IS_POPOVER(n)) gtk_popover_popdown(GTK_POPOVER(n));
     else gtk_widget_set_visible(n, FALSE);
-    // The key window went: the front one becomes key, as a window manager does.
-    if (GtkWidget* front = frontVisibleWindow(); front && GTK_IS_WINDOW(n)) activateWindow(front);
 }
 
 bool NativeWindow::isVisible() const {

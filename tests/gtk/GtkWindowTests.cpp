@@ -49,7 +49,7 @@ protected:
     std::vector<GtkWidget*> made_;
 };
 
-TEST_F(GtkWindows, newWindowsCascadeFromTheFrontOneAndTheNewestIsKey) {
+TEST_F(GtkWindows, newWindowsCascadeFromTheFrontOneTheNewestIsKeyAndTheFrontOneFollowsIt) {
     GtkWidget* first = showWindow(200, 100, platform::Point{100, 100});
     GtkWidget* second = showWindow(200, 100);
     platform::Rect one = frameOf(first), two = frameOf(second);
@@ -64,6 +64,11 @@ TEST_F(GtkWindows, newWindowsCascadeFromTheFrontOneAndTheNewestIsKey) {
     gtktest::runFor(50ms);
     EXPECT_EQ(application->windows()[0], gtk::windowFor(first));
     EXPECT_EQ(application->keyWindow(), gtk::windowFor(first));
+    // The key window closes: the one left becomes key, as a window manager makes it.
+    gtk::windowFor(first)->close();
+    gtktest::runFor(50ms);
+    EXPECT_EQ(application->windows().front(), gtk::windowFor(second));
+    EXPECT_EQ(application->keyWindow(), gtk::windowFor(second));
 }
 
 TEST_F(GtkWindows, aDialogOpensCentredOverItsParent) {

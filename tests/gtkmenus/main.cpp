@@ -1,17 +1,24 @@
-// The GTK backend's menus, alerts, status item, text and interface files,
-// tested on GTK's main thread on a private X server (scripts/run-on-xvfb.sh
-// runs this program): GTK starts, the backend is installed, the tests run.
+// The tests run on GTK's main thread, GTK initialised on the X display
+// scripts/run-on-xvfb.sh gives them and the backend installed.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include <cstdio>
+#include <cstring>
+
 #include "JTK/gtk/GtkBackend.h"
-#include "JTK/services/ProcessInfo.h"
 
 int main(int argc, char** argv) {
-    ::testing::InitGoogleTest(&argc, argv);
-    jtk::gtk::prepareFontConfiguration();
-    gtk_init();
-    jtk::services::setProcessArguments(argc, argv);
-    jtk::gtk::installBackend();
+    testing::InitGoogleTest(&argc, argv);
+    bool listing = false;
+    for (int i = 1; i < argc; ++i) listing = listing || std::strcmp(argv[i], "--gtest_list_tests") == 0;
+    if (!listing) {
+        jtk::gtk::prepareFontConfiguration();
+        if (!gtk_init_check()) {
+            std::fprintf(stderr, "no X display: run the tests through scripts/run-on-xvfb.sh\n");
+            return 2;
+        }
+        jtk::gtk::installBackend();
+    }
     return RUN_ALL_TESTS();
 }
