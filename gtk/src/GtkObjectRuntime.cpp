@@ -33,12 +33,20 @@ bool isToolkitTypeName(const std::string& name) {
     return name.rfind("Gtk", 0) == 0 || name.rfind("Gdk", 0) == 0 || name.rfind("Adw", 0) == 0;
 }
 
+// A menu bar's title (the widget a person clicks to open one of its menus)
+// keeps its own name, as Qt's menu-bar titles are QMenuBarItem parts: the
+// recorder names it so (element("Edit", JTKClass{"GtkPopoverMenuBarItem"})).
+constexpr const char* menuBarTitleType = "GtkPopoverMenuBarItem";
+
+bool isMenuBarTitle(GtkWidget* widget) { return widget && std::string(G_OBJECT_TYPE_NAME(widget)) == menuBarTitleType; }
+
 bool isPublicType(GType type) {
     static auto* known = new std::map<GType, bool>;  // main thread; never destroyed
     auto [found, added] = known->emplace(type, true);
     if (added) {
         std::string name = g_type_name(type);
-        found->second = !isToolkitTypeName(name) || dlsym(RTLD_DEFAULT, getTypeFunctionName(name).c_str()) != nullptr;
+        found->second = !isToolkitTypeName(name) || name == menuBarTitleType ||
+                        dlsym(RTLD_DEFAULT, getTypeFunctionName(name).c_str()) != nullptr;
     }
     return found->second;
 }
@@ -120,6 +128,9 @@ std::optional<std::string> gtkTitle(GtkWidget* widget) {
                        gtk_expander_get_use_underline(GTK_EXPANDER(widget)));
     if (GTK_IS_FRAME(widget)) return labelOf(gtk_frame_get_label(GTK_FRAME(widget)), false);
     if (GTK_IS_WINDOW(widget)) return labelOf(gtk_window_get_title(GTK_WINDOW(widget)), false);
+    if (isMenuBarTitle(widget))  // the label it shows its menu's title in
+        for (GtkWidget* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child))
+            if (GTK_IS_LABEL(child)) return std::string(gtk_label_get_text(GTK_LABEL(child)));
     return std::nullopt;
 }
 

@@ -181,8 +181,10 @@ std::vector<GtkWidget*> listedNatives() {
 }
 
 GtkWidget* frontVisibleWindow() {
-    auto windows = orderedWindows();
-    return windows.empty() ? nullptr : windows.front();
+    // A window kept from the focus (the status item's) is never the one to activate or cascade from.
+    for (GtkWidget* window : orderedWindows())
+        if (!g_object_get_data(G_OBJECT(window), noFocusKey)) return window;
+    return nullptr;
 }
 
 void bringToFront(GtkWidget* native) {

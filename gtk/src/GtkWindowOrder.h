@@ -30,7 +30,7 @@ std::vector<GtkWidget*> orderedWindows();
 std::vector<GtkWidget*> openPopups();
 // Every mapped native: the pop-ups, then the windows.
 std::vector<GtkWidget*> listedNatives();
-// The first visible window of orderedWindows(), or null.
+// The first visible window of orderedWindows() not kept from the focus, or null.
 GtkWidget* frontVisibleWindow();
 // Marks the window as front-most.
 void bringToFront(GtkWidget* native);

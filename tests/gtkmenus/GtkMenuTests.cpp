@@ -157,6 +157,8 @@ TEST(GtkMenuTest, aPersonsChoiceInTheMenuBarIsHeardOnce) {
     Heard began(jtk::platform::menuDidBeginTrackingNotification), sent(jtk::platform::menuDidSendActionNotification);
     auto editTitle = jtk::gtk::mainMenuOf(notes.window)->itemArray().at(1)->titleView();
     ASSERT_TRUE(editTitle);
+    EXPECT_EQ(editTitle->className(), "GtkPopoverMenuBarItem");
+    EXPECT_EQ(editTitle->performSelector("title"), jtk::platform::Value(std::string("Edit")));
     click(eventPointOf(*editTitle));
     ASSERT_TRUE(turnUntil([&] { return !began.titles.empty(); })) << "no menu opened";
     EXPECT_EQ(began.titles.front(), "Edit");
