@@ -85,7 +85,7 @@ JTK_TEST(testWaitsForTheDetailsWindow) {
     auto details = waitForExistence("Details ready", {.timeout = 3});
     JTK_CHECK_EQ(details.name(), "DetailsStatus");
     JTK_CHECK(appWindow("Details").subElement("Details ready") == details);
-    // It covers the main window's menu bar (no window manager places it).
+    // It lies over the main window, centred on it.
     appWindow("Details").subElement("Close").click();
     JTK_CHECK(!elementExists("Details ready"));
 }

@@ -286,8 +286,8 @@ void GtkSampleWindow::buildDetailsWindow() {
     gtk_label_set_xalign(GTK_LABEL(status), 0);
     gtk_widget_set_name(status, "DetailsStatus");
     place(GTK_FIXED(content), status, 20, 30, 200, 24);
-    // Without a window manager the window opens over the main window's top
-    // left corner, menu bar included: it has a button to close it.
+    // The window opens over the main window, centred on it as a window
+    // transient for it is: it has a button to close it.
     GtkWidget* close = gtk_button_new_with_label("Close");
     place(GTK_FIXED(content), close, 150, 74, 70, 30);
     g_signal_connect_swapped(close, "clicked", G_CALLBACK(gtk_window_close), details_);
