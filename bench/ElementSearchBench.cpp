@@ -4,9 +4,11 @@
 // The same run measures a bare walk of the same trees that reads each view's
 // name in one hop to the main thread, and ends with each search's time as a
 // multiple of that walk, so that the figures do not depend on the machine.
-// When the Qt backend is built, the run then starts the same benchmarks over
-// the same tree of Qt widgets (ElementSearchBenchQt) and ends with each
-// figure on Qt as a multiple of the one here.
+// When the Qt or GTK backend is built, the run then starts the same
+// benchmarks over the same tree of Qt widgets (ElementSearchBenchQt) and of
+// GTK widgets (ElementSearchBenchGtk, on an X server of its own unless
+// DISPLAY names one) and ends with each figure on each as a multiple of
+// the one here, the backends side by side.
 #include <benchmark/benchmark.h>
 
 #include <atomic>
@@ -88,6 +90,20 @@ std::unique_ptr<bench::SearchTree> bench::makeSearchTree(int viewCount) {
     return std::make_unique<BenchApplication>(viewCount);
 }
 
+namespace {
+
+// The other backends' variants that the build made.
+const std::vector<bench::PeerProgram> peers = {
+#ifdef JTK_QT_SEARCH_BENCH
+    {"Qt Widgets", JTK_QT_SEARCH_BENCH},
+#endif
+#ifdef JTK_GTK_SEARCH_BENCH
+    {"GTK 4", JTK_GTK_SEARCH_BENCH, true},
+#endif
+};
+
+}  // namespace
+
 int main(int argc, char** argv) {
     auto& loop = desktop::RunLoop::main();
     loop.adoptCurrentThreadAsMain();
@@ -102,12 +118,10 @@ int main(int argc, char** argv) {
     });
     bench::printWalkRatios(reporter.times());
     benchmark::Shutdown();
-#ifdef JTK_QT_SEARCH_BENCH
-    // The same searches over the same tree of Qt widgets, in this run.
-    std::printf("\nThe same benchmarks on the Qt Widgets backend:\n");
-    auto qt = bench::readSearchTimes(bench::runPeerBenchmark(JTK_QT_SEARCH_BENCH, static_cast<int>(arguments.size()), arguments.data()));
-    if (qt.empty()) std::printf("(the Qt benchmark did not run: %s)\n", JTK_QT_SEARCH_BENCH);
-    bench::printBackendRatios(reporter.times(), qt, "Qt Widgets time over embedded desktop time (same run):");
-#endif
+    // The same searches over the same tree of each other backend's views, in this run.
+    std::vector<bench::BackendSearchTimes> others;
+    for (auto& report : bench::runPeerBenchmarks(peers, "benchmarks", static_cast<int>(arguments.size()), arguments.data()))
+        others.push_back({report.backend, bench::readSearchTimes(report.json)});
+    bench::printBackendRatios(reporter.times(), others);
     return 0;
 }

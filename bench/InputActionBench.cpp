@@ -3,9 +3,10 @@
 // the run loop and the application handles the events. Reported per action:
 // wall time (manual time) and "ratio", the wall time over the sum of the
 // pauses the action makes by design (common/ActionBenchmarks). When the Qt
-// backend is built, the run then starts the same actions on the same scene
-// of Qt widgets (InputActionBenchQt) and ends with the Qt figures as
-// multiples of the ones here.
+// or GTK backend is built, the run then starts the same actions on the same
+// scene of Qt widgets (InputActionBenchQt) and of GTK widgets
+// (InputActionBenchGtk, on an X server of its own unless DISPLAY names one)
+// and ends with their figures as multiples of the ones here, side by side.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -61,6 +62,20 @@ void bench::runMainLoopUntil(const std::function<bool()>& finished) {
     desktop::RunLoop::main().runMode(platform::RunLoopMode::defaultMode, std::nullopt, finished);
 }
 
+namespace {
+
+// The other backends' variants that the build made.
+const std::vector<bench::PeerProgram> peers = {
+#ifdef JTK_QT_ACTION_BENCH
+    {"Qt Widgets", JTK_QT_ACTION_BENCH},
+#endif
+#ifdef JTK_GTK_ACTION_BENCH
+    {"GTK 4", JTK_GTK_ACTION_BENCH, true},
+#endif
+};
+
+}  // namespace
+
 int main(int argc, char** argv) {
     desktop::RunLoop::main().adoptCurrentThreadAsMain();
     desktop::Application::shared();
@@ -69,12 +84,9 @@ int main(int argc, char** argv) {
     bench::ActionReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
-#ifdef JTK_QT_ACTION_BENCH
-    std::printf("\nThe same actions on the Qt Widgets backend:\n");
-    auto qt = bench::readActionTimes(
-        bench::runPeerBenchmark(JTK_QT_ACTION_BENCH, static_cast<int>(arguments.size()), arguments.data()));
-    if (qt.empty()) std::printf("(the Qt benchmark did not run: %s)\n", JTK_QT_ACTION_BENCH);
-    bench::printActionRatios(reporter.report(), qt, "Qt Widgets over embedded desktop, per action (same run):");
-#endif
+    std::vector<bench::BackendActionReport> others;
+    for (auto& report : bench::runPeerBenchmarks(peers, "actions", static_cast<int>(arguments.size()), arguments.data()))
+        others.push_back({report.backend, bench::readActionTimes(report.json)});
+    bench::printActionRatios(reporter.report(), others);
     return 0;
 }

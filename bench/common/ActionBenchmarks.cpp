@@ -139,19 +139,27 @@ ActionReport readActionTimes(const std::string& json) {
     return report;
 }
 
-void printActionRatios(const ActionReport& here, const ActionReport& other, const char* heading) {
-    if (other.empty()) return;
-    std::printf("\n%s\n", heading);
-    std::printf("%-22s %14s %14s\n", "action", "wall time", "overhead");
+void printActionRatios(const ActionReport& here, const std::vector<BackendActionReport>& others) {
+    if (others.empty()) return;
+    std::printf("\nOther backends over embedded desktop, per action (same run):\n");
+    std::printf("%-22s", "");
+    for (const auto& other : others) std::printf(" %29s", other.backend.c_str());
+    std::printf("\n%-22s", "action");
+    for (size_t i = 0; i < others.size(); ++i) std::printf(" %14s %14s", "wall time", "overhead");
+    std::printf("\n");
     for (const auto& [action, mine] : here) {
-        auto theirs = other.find(action);
-        if (theirs == other.end()) continue;
         std::printf("%-22s", action.c_str());
-        for (auto [a, b] : {std::pair{mine.wall, theirs->second.wall}, std::pair{mine.overhead, theirs->second.overhead}}) {
-            if (a > 0)
-                std::printf(" %13.2fx", b / a);
-            else
-                std::printf(" %14s", "-");
+        for (const auto& other : others) {
+            auto theirs = other.report.find(action);
+            for (auto [a, b] : {std::pair{mine.wall, theirs == other.report.end() ? 0.0 : theirs->second.wall},
+                                std::pair{mine.overhead, theirs == other.report.end() ? 0.0 : theirs->second.overhead}}) {
+                // A ratio of an overhead below zero (typing that makes fewer
+                // pauses than designed) would mean nothing.
+                if (a > 0 && b > 0 && theirs != other.report.end())
+                    std::printf(" %13.2fx", b / a);
+                else
+                    std::printf(" %14s", "-");
+            }
         }
         std::printf("\n");
     }

@@ -12,6 +12,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace jtk::bench {
 
@@ -41,7 +42,13 @@ private:
 
 // The figures of a Google Benchmark JSON report of the actions.
 ActionReport readActionTimes(const std::string& json);
-// Each action's figures on the other backend over those on this one.
-void printActionRatios(const ActionReport& here, const ActionReport& other, const char* heading);
+// The figures of another backend, under its name.
+struct BackendActionReport {
+    std::string backend;
+    ActionReport report;
+};
+// Each action's figures on each other backend over those on this one, the
+// backends side by side in one row per action.
+void printActionRatios(const ActionReport& here, const std::vector<BackendActionReport>& others);
 
 }  // namespace jtk::bench

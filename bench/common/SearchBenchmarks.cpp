@@ -121,25 +121,27 @@ void printWalkRatios(const SearchTimes& times) {
     std::fflush(stdout);
 }
 
-void printBackendRatios(const SearchTimes& here, const SearchTimes& other, const char* heading) {
-    if (other.empty()) return;
-    std::printf("\n%s\n", heading);
-    std::printf("%8s %10s %10s %10s %10s\n", "views", "walk", "element", "elements", "appViews");
+void printBackendRatios(const SearchTimes& here, const std::vector<BackendSearchTimes>& others) {
+    if (others.empty()) return;
+    std::printf("\nTime on the other backends over embedded desktop time (same run):\n");
+    std::printf("%8s  %-12s %10s %10s %10s %10s\n", "views", "backend", "walk", "element", "elements", "appViews");
     std::map<long long, bool> sizes;
     for (const auto& [function, bySize] : here)
         for (const auto& entry : bySize) sizes[entry.first] = true;
     for (const auto& entry : sizes) {
         long long views = entry.first;
-        std::printf("%8lld", views);
-        for (const char* function : {"benchWalkNames", "benchElement", "benchElements", "benchAppViews"}) {
-            const double* mine = find(here, function, views);
-            const double* theirs = find(other, function, views);
-            if (mine && theirs && *mine > 0)
-                std::printf(" %9.2fx", *theirs / *mine);
-            else
-                std::printf(" %10s", "-");
+        for (const auto& other : others) {
+            std::printf("%8lld  %-12s", views, other.backend.c_str());
+            for (const char* function : {"benchWalkNames", "benchElement", "benchElements", "benchAppViews"}) {
+                const double* mine = find(here, function, views);
+                const double* theirs = find(other.times, function, views);
+                if (mine && theirs && *mine > 0)
+                    std::printf(" %9.2fx", *theirs / *mine);
+                else
+                    std::printf(" %10s", "-");
+            }
+            std::printf("\n");
         }
-        std::printf("\n");
     }
     std::fflush(stdout);
 }

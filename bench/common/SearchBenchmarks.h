@@ -47,8 +47,14 @@ private:
 
 // Each search's time as a multiple of the bare walk's time for the same size.
 void printWalkRatios(const SearchTimes& times);
-// Each benchmark's time on the other backend over its time on this one.
-void printBackendRatios(const SearchTimes& here, const SearchTimes& other, const char* heading);
+// The times of another backend, under its name.
+struct BackendSearchTimes {
+    std::string backend;
+    SearchTimes times;
+};
+// Each benchmark's time on each other backend over its time on this one, a
+// row per size and backend, so that the backends stand side by side.
+void printBackendRatios(const SearchTimes& here, const std::vector<BackendSearchTimes>& others);
 
 // The times of a Google Benchmark JSON report (iterations, or the medians
 // where there are any); empty for text that is not such a report.

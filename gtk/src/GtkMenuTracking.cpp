@@ -22,6 +22,9 @@ namespace {
 // item's action runs meanwhile, and must not count a second time as a shortcut.
 bool choosingFromMenu = false;
 
+// Where an open popover menu keeps the platform menu it shows.
+constexpr const char* openMenuKey = "jtk-open-menu";
+
 void noteChoiceFromMenu() {
     if (choosingFromMenu) return;
     choosingFromMenu = true;
@@ -79,8 +82,13 @@ gboolean onMap(GSignalInvocationHint*, guint, const GValue* parameters, gpointer
     GtkWidget* widget = widgetParameter(parameters);
     if (GTK_IS_POPOVER_MENU(widget)) {
         hookModelButtons();
-        if (auto menu = menuShownBy(widget))
+        if (auto menu = menuShownBy(widget)) {
+            // The framework holds the menu a click opened weakly (its
+            // current open menu): the popover keeps it while it shows.
+            g_object_set_data_full(G_OBJECT(widget), openMenuKey, new std::shared_ptr<platform::Menu>(menu),
+                                   [](gpointer held) { delete static_cast<std::shared_ptr<platform::Menu>*>(held); });
             platform::defaultNotificationCenter().post(platform::menuDidBeginTrackingNotification, menu);
+        }
     } else if (GTK_IS_WINDOW(widget) && gtk_window_get_modal(GTK_WINDOW(widget))) {
         auto& windows = modalWindows();
         if (!windows.count(widget)) windows.emplace(widget, std::make_unique<ModalScope>());
@@ -91,6 +99,7 @@ gboolean onMap(GSignalInvocationHint*, guint, const GValue* parameters, gpointer
 gboolean onUnmap(GSignalInvocationHint*, guint, const GValue* parameters, gpointer) {
     GtkWidget* widget = widgetParameter(parameters);
     if (GTK_IS_WINDOW(widget)) modalWindows().erase(widget);
+    if (GTK_IS_POPOVER_MENU(widget)) g_object_set_data(G_OBJECT(widget), openMenuKey, nullptr);
     return TRUE;
 }
 

@@ -86,9 +86,29 @@ std::string gtkClassName(GObject* object) {
     return g_type_name(type);
 }
 
+std::optional<std::string> gtkApplicationText(GtkWidget* widget, const char* selector) {
+    if (!widget) return std::nullopt;
+    if (const auto* data = static_cast<const char*>(g_object_get_data(G_OBJECT(widget), selector)))
+        return std::string(data);
+    GParamSpec* property = g_object_class_find_property(G_OBJECT_GET_CLASS(widget), selector);
+    if (!property || !(property->flags & G_PARAM_READABLE) || property->value_type != G_TYPE_STRING)
+        return std::nullopt;
+    gchar* text = nullptr;
+    g_object_get(widget, selector, &text, nullptr);
+    if (!text) return std::nullopt;
+    std::string result = text;
+    g_free(text);
+    return result;
+}
+
 std::optional<std::string> gtkWidgetName(GtkWidget* widget) {
     if (!widget) return std::nullopt;
-    if (const char* id = gtk_buildable_get_buildable_id(GTK_BUILDABLE(widget)); id && *id) return std::string(id);
+    if (auto own = gtkApplicationText(widget, "hbViewName")) return own;
+    // A widget built from a class template (GtkDropDown, an application's
+    // own templated class) has the template's class name as its id.
+    const char* id = gtk_buildable_get_buildable_id(GTK_BUILDABLE(widget));
+    GType idType = id && *id ? g_type_from_name(id) : 0;
+    if (id && *id && !(idType && g_type_is_a(G_OBJECT_TYPE(widget), idType))) return std::string(id);
     const char* name = gtk_widget_get_name(widget);
     if (!name || !*name || std::string(name) == G_OBJECT_TYPE_NAME(widget)) return std::nullopt;
     return std::string(name);
@@ -118,6 +138,7 @@ bool gtkRespondsToSelector(GtkWidget* widget, const std::string& selector) {
     if (!widget) return false;
     if (selector == "title") return gtkTitle(widget).has_value();
     if (selector == "hbViewName") return gtkWidgetName(widget).has_value();
+    if (selector == "hbViewValue") return gtkApplicationText(widget, "hbViewValue").has_value();
     if (selector == "isEnabled" || selector == "toolTip") return true;
     return selector == "isChecked" && isCheckable(widget);
 }
@@ -126,6 +147,7 @@ platform::Value gtkPerformSelector(GtkWidget* widget, const std::string& selecto
     if (!gtkRespondsToSelector(widget, selector)) return {};
     if (selector == "title") return *gtkTitle(widget);
     if (selector == "hbViewName") return *gtkWidgetName(widget);
+    if (selector == "hbViewValue") return *gtkApplicationText(widget, "hbViewValue");
     if (selector == "isEnabled") return static_cast<bool>(gtk_widget_is_sensitive(widget));
     if (selector == "toolTip") {
         const char* tip = gtk_widget_get_tooltip_text(widget);

@@ -16,16 +16,23 @@ namespace jtk::gtk {
 // answers as its nearest public base type: a test can name only what GTK
 // documents.
 std::string gtkClassName(GObject* object);
-// The name the framework finds a widget by: the buildable id an interface
-// file gave it, else its widget name unless that is only its type name.
+// The text an application gives its widget for a selector ("hbViewName",
+// "hbViewValue"), as Qt's dynamic and class properties do: a text the
+// widget keeps under that key in its object data (g_object_set_data_full),
+// else a readable string property of that name on its class.
+std::optional<std::string> gtkApplicationText(GtkWidget* widget, const char* selector);
+// The name the framework finds a widget by: the application's own
+// (gtkApplicationText), else the buildable id an interface file gave it,
+// else its widget name unless that is only its type name.
 std::optional<std::string> gtkWidgetName(GtkWidget* widget);
 // The text a person reads as the widget's title (a button's label without
 // its mnemonic underscore, a window's title); none when it has none.
 std::optional<std::string> gtkTitle(GtkWidget* widget);
 
 // The selectors a widget answers besides the application's methods:
-// "title", "hbViewName", "isEnabled", "toolTip", and "isChecked" for a
-// check button, toggle button or switch.
+// "title", "hbViewName", "isEnabled", "toolTip", "hbViewValue" where the
+// application gives one, and "isChecked" for a check button, toggle button
+// or switch.
 bool gtkRespondsToSelector(GtkWidget* widget, const std::string& selector);
 platform::Value gtkPerformSelector(GtkWidget* widget, const std::string& selector);
 

@@ -5,7 +5,12 @@
 // configuration folder ($XDG_CONFIG_HOME/<application name>/defaults.plist):
 // GTK has no settings store of an application's own (GSettings needs an
 // installed schema), and a test run that gives the program a private
-// XDG_CONFIG_HOME keeps them there, away from the person's.
+// XDG_CONFIG_HOME keeps them there, away from the person's. A program
+// launched for a test run ("uxtest") keeps them in its data folder instead
+// (<data folder>/<name>/.jtk-defaults.plist), which the run fills with test
+// data and replaces with the person's own at its end: the test defaults it
+// loads never reach the person's settings file, and every run starts from
+// the same defaults.
 #include <cstdlib>
 
 #include "JTK/platform/Process.h"
@@ -26,9 +31,17 @@ std::optional<std::filesystem::path> applicationSupportDirectory() {
 
 namespace {
 
+std::optional<std::filesystem::path> defaultsFile() {
+    static const bool testing = argumentsRequestTesting(processArguments());
+    if (!testing) return services::standardUserDefaultsPath();
+    auto data = applicationSupportDirectory();
+    if (!data) return std::nullopt;
+    return *data / services::userDefaultsApplicationName() / ".jtk-defaults.plist";
+}
+
 services::UserDefaults& standardDefaults() {
     // Never destroyed: another thread may read the defaults while the process ends.
-    static auto* defaults = new services::UserDefaults(services::standardUserDefaultsPath);
+    static auto* defaults = new services::UserDefaults(defaultsFile);
     return *defaults;
 }
 
