@@ -63,13 +63,16 @@ void XTestConnection::readMapping() {
 void XTestConnection::movePointer(int x, int y) {
     std::lock_guard lock(mutex_);
     if (!display_) return;
-    // A move to where the pointer is would still reach GTK as a motion (a
-    // drag between a press and its release).
+    // With a button held, a move to where the pointer is would still reach
+    // GTK as a motion (a drag between a press and its release). Without one
+    // the move is made anyway: a window that opened under a resting pointer
+    // picked its widget under it before it was laid out, and only a motion
+    // makes GTK pick again.
     Window root = 0, child = 0;
     int rootX = 0, rootY = 0, windowX = 0, windowY = 0;
     unsigned mask = 0;
     if (XQueryPointer(display_, DefaultRootWindow(display_), &root, &child, &rootX, &rootY, &windowX, &windowY, &mask) &&
-        rootX == x && rootY == y)
+        rootX == x && rootY == y && (mask & (Button1Mask | Button2Mask | Button3Mask)))
         return;
     XTestFakeMotionEvent(display_, -1, x, y, CurrentTime);
     XFlush(display_);
