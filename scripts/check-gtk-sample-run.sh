@@ -31,7 +31,7 @@ fail() { echo "FAIL: $*"; exit 1; }
 
 # A display number of the server's own choosing, so that parallel runs never meet.
 if [ -z "$display" ]; then
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$home/display" 2>/dev/null &
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$home/display" 2>/dev/null &
   xvfb=$!
   for _ in $(seq 100); do [ -s "$home/display" ] && break; sleep 0.1; done
   [ -s "$home/display" ] || fail "Xvfb did not start"

@@ -24,7 +24,7 @@ fail() { echo "FAIL: $*"; exit 1; }
 # meet; the screen of Qt 5's headless platform, 800x600: Qt limits a window's
 # first size to two thirds of the screen, so screens of other sizes may give
 # windows of other sizes.
-Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp -noreset 3>"$work/display" 2>/dev/null &
 xvfb=$!
 for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
 [ -s "$work/display" ] || fail "Xvfb did not start"

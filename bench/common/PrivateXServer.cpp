@@ -44,7 +44,7 @@ PrivateXServer::PrivateXServer() {
     // Xvfb writes to the inherited write end; no other copy stays open in it.
     std::string writeEnd = std::to_string(pipeEnds[1]);
     const char* arguments[] = {"Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", "1280x1024x24", "-nolisten",
-                               "tcp", nullptr};
+                               "tcp", "-noreset", nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], pipeEnds[1]);  // clears close-on-exec

@@ -74,9 +74,10 @@ void chooseTheX11Display() {
         refuseLaunch("no display: DISPLAY is not set, and JTK drives GTK programs on an X11 display (start one, "
                      "e.g. Xvfb -displayfd 1, and set DISPLAY)");
     }
-    Display* connection = XOpenDisplay(display.c_str());
-    if (!connection) refuseLaunch("cannot open the X display " + display);
-    XCloseDisplay(connection);
+    // The probe stays open: a bare X server (Xvfb without -noreset) resets
+    // when its last client leaves, and would refuse GTK's connection while it does.
+    static Display* probe = XOpenDisplay(display.c_str());
+    if (!probe) refuseLaunch("cannot open the X display " + display);
 }
 
 // GTK writes every file a program opens or saves into a recently-used list

@@ -134,7 +134,7 @@ protected:
         xvfb = std::make_unique<Child>(std::vector<std::string>{
             "/bin/bash", "-c",
             "exec Xvfb -displayfd 1 -screen 0 " + std::to_string(screenWidth) + "x" + std::to_string(screenHeight) +
-                "x24 -nolisten tcp 2>/dev/null"});
+                "x24 -nolisten tcp -noreset 2>/dev/null"});
         std::string number = xvfb->readLine().value_or("");
         ASSERT_FALSE(number.empty()) << "Xvfb did not report a display";
         display = ":" + number;
