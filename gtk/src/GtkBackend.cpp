@@ -42,7 +42,9 @@ std::optional<std::filesystem::path> fontConfigurationFile() {
 void refuseUnlessX11() {
     GdkDisplay* display = gdk_display_get_default();
     if (display && GDK_IS_X11_DISPLAY(display)) return;
-    std::fprintf(stderr, "JTK GTK: GDK's display is %s, not X11; run the program with GDK_BACKEND=x11 on an X server\n",
+    std::fprintf(stderr,
+                 "JTK: GDK's display is %s, not X11 (run the program with GDK_BACKEND=x11 on an X server); "
+                 "no test ran\n",
                  display ? G_OBJECT_TYPE_NAME(display) : "not open");
     std::fflush(stderr);
     std::exit(2);
@@ -64,8 +66,11 @@ void makePicturesDeterministic() {
                  "gtk-enable-animations", FALSE,
                  "gtk-cursor-blink", FALSE,
                  "gtk-theme-name", "Default",
-                 "gtk-application-prefer-dark-theme", FALSE,
                  nullptr);
+    // The light variant. A libadwaita program takes its colour scheme from
+    // its style manager instead (and warns when this setting is used).
+    if (!g_type_from_name("AdwStyleManager"))
+        g_object_set(settings, "gtk-application-prefer-dark-theme", FALSE, nullptr);
 }
 
 }  // namespace
