@@ -38,6 +38,8 @@ fi
 
 mkdir -m 700 "$work/runtime"
 # No accessibility bus and no settings daemon to reach: a private runtime
-# folder, GTK's accessibility off, GSettings in memory.
+# folder, GTK's accessibility off, GSettings in memory. No OpenGL either (as
+# under the GTK loader): Mesa's software GL costs every process time at the
+# display's opening, and pictures come from a cairo renderer anyway.
 DISPLAY=":$(cat "$work/display")" GDK_BACKEND=x11 XDG_RUNTIME_DIR="$work/runtime" GTK_A11Y=none \
-  NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory "$@"
+  NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory GDK_DEBUG="${GDK_DEBUG:-gl-disable}" GSK_RENDERER="${GSK_RENDERER:-cairo}" "$@"

@@ -9,9 +9,10 @@
 #include "JTK/gtk/GtkBackend.h"
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
+    // Before InitGoogleTest, which takes its own flags out of argv.
     bool listing = false;
     for (int i = 1; i < argc; ++i) listing = listing || std::strcmp(argv[i], "--gtest_list_tests") == 0;
+    testing::InitGoogleTest(&argc, argv);
     if (!listing) {
         if (!gtk_init_check()) {
             std::fprintf(stderr, "no X display: run the tests through scripts/run-on-xvfb.sh\n");

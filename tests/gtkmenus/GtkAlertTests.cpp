@@ -3,6 +3,8 @@
 // program's own modal window counts as a modal loop while it shows.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "GtkMainQueue.h"
 #include "GtkMenusFixture.h"
 #include "JTK/platform/Alert.h"
@@ -32,6 +34,7 @@ GtkWidget* buttonTitled(GtkWidget* widget, const char* title) {
 struct Answer {
     const char* button;  // none: the window is closed
     int expected;
+    friend void PrintTo(const Answer& a, std::ostream* out) { *out << (a.button ? a.button : "closed"); }
 };
 
 class GtkAlertTest : public ::testing::TestWithParam<Answer> {};
@@ -58,7 +61,8 @@ TEST_P(GtkAlertTest, runModalAnswersByButtonWhileATimerFires) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Buttons, GtkAlertTest,
-                         ::testing::Values(Answer{"First", 1000}, Answer{"Second", 1001}, Answer{"Third", 1002}, Answer{nullptr, 1000}));
+                         ::testing::Values(Answer{"First", 1000}, Answer{"Second", 1001}, Answer{"Third", 1002}, Answer{nullptr, 1000}),
+                         [](const auto& info) { return std::string(info.param.button ? info.param.button : "closed"); });
 
 TEST(GtkModalWindowTest, aProgramsModalWindowIsAModalLoopWhileItShows) {
     GtkWidget* dialog = gtk_window_new();

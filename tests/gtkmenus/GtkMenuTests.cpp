@@ -4,6 +4,8 @@
 // heard once.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "GtkMenus.h"
 #include "GtkMenusFixture.h"
 #include "JTK/platform/Notifications.h"
@@ -68,6 +70,7 @@ struct ItemCase {
     const char* title;
     const char* keyEquivalent;
     uint64_t modifiers;
+    friend void PrintTo(const ItemCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class GtkMenuItemTest : public ::testing::TestWithParam<ItemCase> {};
@@ -95,7 +98,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(ItemCase{"_Save", "<Control>s", "Save", "s", flags::command},
                       ItemCase{"Save _As…", "<Control><Shift>s", "Save As…", "s", flags::command | flags::shift},
                       ItemCase{"Fish __ Chips", "<Super><Alt>f", "Fish _ Chips", "f", flags::control | flags::alternate},
-                      ItemCase{"Plain", "", "Plain", "", 0}, ItemCase{"_Again", nullptr, "Again", "F5", 0}));
+                      ItemCase{"Plain", "", "Plain", "", 0}, ItemCase{"_Again", nullptr, "Again", "F5", 0}),
+    [](const auto& info) { return "case" + std::to_string(info.index); });
 
 TEST(GtkMenuTest, performingAClickInAnOpenMenuAndAShortcutAreEachHeardOnce) {
     GMenuItem* item = g_menu_item_new("Plain", "win.act::plain");

@@ -4,6 +4,8 @@
 // Each names the field (never its inner GtkText) as object and text object.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "GtkMenusFixture.h"
 #include "JTK/platform/Notifications.h"
 #include "JTK/platform/Text.h"
@@ -18,6 +20,7 @@ struct TextCase {
     GtkWidget* (*make)();
     bool endsOnReturn;
     std::vector<std::string> changes;  // what "2" and "3" typed make, step by step
+    friend void PrintTo(const TextCase& c, std::ostream* out) { *out << c.label; }
 };
 
 class GtkTextTest : public ::testing::TestWithParam<TextCase> {};
