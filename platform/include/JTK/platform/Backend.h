@@ -2,7 +2,7 @@
 // runs on its toolkit, in one list. Read it top to bottom to write a backend;
 // each entry names the header that declares it, where its full promise is.
 // tests/neutral is the suite every backend must pass; the embedded desktop
-// (desktop/) and Qt Widgets (qt/) are the two backends that do.
+// (desktop/), Qt Widgets (qt/) and GTK 4 (gtk/) are the backends that do.
 //
 // Layers. A backend is a static library that links jtk_platform and
 // jtk_services and defines the free functions below in namespace
