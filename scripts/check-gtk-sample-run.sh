@@ -40,6 +40,9 @@ fi
 
 export HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache"
 export XDG_RUNTIME_DIR="$home/runtime" DISPLAY="$display" GDK_BACKEND=x11
+# No OpenGL (as under the GTK loader): pictures come from a cairo renderer, and
+# Mesa's software GL only costs time (and hides its threads from the race detector).
+export GDK_DEBUG="${GDK_DEBUG:-gl-disable}" GSK_RENDERER="${GSK_RENDERER:-cairo}"
 # No accessibility bus nor settings daemon to reach on a bare X server.
 export GTK_A11Y=none NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory
 export GTKSAMPLE_SCREENSHOTS_DIR="$home/Screenshots"
