@@ -79,6 +79,10 @@ void settleMappedWindow(FirstFrame* frame) {
     auto* window = GTK_WIDGET(g_object_ref(frame->window));
     g_signal_handler_disconnect(frame->clock, frame->handler);  // frees the frame
     if (gtk_widget_get_mapped(window)) {
+        // A place the program asked for is taken again: GDK's first resize of
+        // a surface moves it back to where GDK last knew it.
+        if (auto* wanted = static_cast<platform::Point*>(g_object_get_data(G_OBJECT(window), placementKey)))
+            moveSurfaceTo(window, *wanted);
         if (!g_object_get_data(G_OBJECT(window), placedKey)) {
             g_object_set_data(G_OBJECT(window), placedKey, GINT_TO_POINTER(1));
             if (gtk_window_get_transient_for(GTK_WINDOW(window))) centreOverParent(window);
