@@ -11,7 +11,7 @@ if ! command -v Xvfb >/dev/null 2>&1; then
   exit 2
 fi
 folder=$(mktemp -d) || exit 2
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$folder/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$folder/display" >/dev/null 2>&1 </dev/null &
 server=$!
 tries=0
 while [ ! -s "$folder/display" ] && [ "$tries" -lt 200 ] && kill -0 "$server" 2>/dev/null; do

@@ -26,8 +26,10 @@ cleanup() {
 trap cleanup EXIT
 trap 'exit 143' TERM INT
 
+# The server never holds the caller's output (ctest waits for every holder
+# of its pipe to close).
 Xvfb -displayfd 3 -screen 0 "${JTK_XVFB_SCREEN:-1280x1024x24}" -nolisten tcp -nolisten unix-abstract -noreset \
-  3>"$work/display" 2>"$work/xvfb.log" &
+  3>"$work/display" >/dev/null 2>"$work/xvfb.log" </dev/null &
 xvfb=$!
 for _ in $(seq 200); do [ -s "$work/display" ] && break; kill -0 "$xvfb" 2>/dev/null || break; sleep 0.05; done
 if [ ! -s "$work/display" ]; then
