@@ -133,13 +133,13 @@ void statusBadgeSnapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
     cairo_destroy(cairo);
 }
 
-void statusBadgeGetProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+void statusBadgeGetProperty(GObject* object, guint id, GValue* value, GParamSpec* paramSpec) {
     if (id == propName)
         g_value_set_string(value, "Status");
     else if (id == propValue)
         g_value_set_string(value, status_badge_get_state(GTKSAMPLE_STATUS_BADGE(object)));
     else
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, paramSpec);
 }
 
 }  // namespace
