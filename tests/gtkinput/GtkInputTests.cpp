@@ -19,26 +19,14 @@
 #include "JTK/platform/Events.h"
 #include "JTK/platform/Process.h"
 #include "input/JTKKeyboard.h"
+#include "tests/gtk/GtkTestLoop.h"
 
 using namespace jtk;
 using platform::EventType;
 
 namespace {
 
-// Runs the body on a serial queue, as a test run does, while the main loop turns.
-void onQueue(const std::function<void()>& body) {
-    std::atomic<bool> finished{false};
-    auto queue = platform::makeSerialQueue("GtkInputTestQueue");
-    queue->async([&] {
-        body();
-        finished = true;
-    });
-    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    guint poll = g_timeout_add(5, +[](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    while (!finished && std::chrono::steady_clock::now() < deadline) g_main_context_iteration(nullptr, TRUE);
-    g_source_remove(poll);
-    if (!finished) throw std::runtime_error("the body on the queue did not finish within 60 s");
-}
+using gtktest::onQueue;
 
 void post(EventType type, platform::Point location, int64_t clickState = 1) {
     platform::Event event;

@@ -179,20 +179,7 @@ std::string text(const ViewPtr& textField) { return gtk_editable_get_text(GTK_ED
 double sliderValue(const ViewPtr& slider) { return gtk_range_get_value(GTK_RANGE(widget(slider))); }
 std::vector<Press> presses(const ViewPtr& recorder) { return pressesSeen()[widget(recorder)]; }
 
-void onQueue(const std::function<void()>& body) {
-    std::atomic<bool> finished{false};
-    auto queue = platform::makeSerialQueue("NeutralTestQueue");
-    queue->async([&] {
-        body();
-        finished = true;
-    });
-    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    // Wakes the loop now and then to look at the flag.
-    guint poll = g_timeout_add(5, +[](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    while (!finished && std::chrono::steady_clock::now() < deadline) g_main_context_iteration(nullptr, TRUE);
-    g_source_remove(poll);
-    if (!finished) throw std::runtime_error("the body on the queue did not finish within 60 s");
-}
+void onQueue(const std::function<void()>& body) { gtktest::onQueue(body); }
 
 int runOnToolkit(int& argc, char** argv, const std::function<int()>& body) {
     // Listing the tests needs no display.
